@@ -1,0 +1,55 @@
+// The interface's few texts without a key: menu names, notices, and what is read out to users of assistive
+// technology. To add one, add a case here (before `end`) and its row, in the same place, in the .cpp file.
+#pragma once
+
+#include <QString>
+
+#include "l10n/language.h"
+
+namespace orlix {
+
+enum class ExtraText {
+    gameMenu,
+    noEngineRegistered,
+    noEngineChosen,      ///< engines are registered, but none plays on the empty side
+    newGameSeatsEngine,  ///< an engine was chosen after the game had begun
+    checkingEngine,
+    showLivePosition,
+    laterTab,
+    board,
+    squareEmpty,
+    squareSelected,
+    squareLegalTarget,
+    squareLastMove,
+    squareInCheck,
+    pawn,
+    king,
+    evaluation,
+    remainingTime,
+    capturedBy,     ///< with %1 for the colour's name
+    minutesSuffix,  ///< the unit alone: the number and a space stand before it
+    secondsSuffix,  ///< likewise
+    engineAdded,    ///< with %1 for the engine's name
+    whitePawn,      ///< the pieces in the order of `PieceType`, White's first
+    whiteKnight,
+    whiteBishop,
+    whiteRook,
+    whiteQueen,
+    whiteKing,
+    blackPawn,
+    blackKnight,
+    blackBishop,
+    blackRook,
+    blackQueen,
+    blackKing,
+    moveFromTo,    ///< with %1 for the piece, %2 and %3 for the squares
+    moveCaptures,  ///< with %1 for the piece that is gone
+    movePromotes,  ///< with %1 for the new piece
+    moveCastles,
+    moveTakenBack,
+    end  ///< no text: how many there are
+};
+
+QString extraText(Language language, ExtraText text);
+
+}  // namespace orlix
