@@ -1,0 +1,113 @@
+// The composition root: owns every shared object, in creation order, and hands references on.
+#include <QApplication>
+#include <cstdio>
+#include <cstring>
+
+#include "engine/engine_manager.h"
+#include "engine/uci_engine_process.h"
+#include "game/game_manager.h"
+#include "l10n/localization_manager.h"
+#include "l10n/sound_manager.h"
+#include "platform/posix/posix_process_launcher.h"
+#include "platform/posix/posix_quit_signals.h"
+#include "platform/qt/qt_file_dialogs.h"
+#include "platform/qt/qt_file_store.h"
+#include "platform/qt/qt_file_tests.h"
+#include "platform/qt/qt_pasteboard.h"
+#include "platform/qt/qt_time_source.h"
+#include "records/pgn_exporter.h"
+#include "ui/app_delegate.h"
+#include "ui/lean_style.h"
+#include "ui/main_window.h"
+#include "ui/theme.h"
+
+#ifdef __APPLE__
+#include "platform/macos/mac_defaults_store.h"
+#include "platform/macos/mac_sound_player.h"
+#include "platform/macos/mac_system_settings.h"
+#else
+#include "platform/linux/linux_defaults_store.h"
+#include "platform/linux/linux_sound_player.h"
+#include "platform/linux/linux_system_settings.h"
+#endif
+
+namespace {
+
+using namespace orlix;
+
+constexpr const char* versionText = ORLIX_APP_NAME " " ORLIX_VERSION " (" ORLIX_BUILD ")\n";
+constexpr const char* helpText =
+    "Usage: velmorandix-orlix [--version | --help]\n"
+    "\n"
+    "Opens a chess board to play against a person or a UCI engine, or to watch two engines play.\n"
+    "\n"
+    "  --version  print version and build number, and end\n"
+    "  --help     print this text, and end\n"
+    "\n"
+    "Qt's own options, such as -platform and -display, work as well.\n";
+
+/// What the command line asks for without a window; null to open one. Needs no display.
+const char* commandLineAnswer(int argc, char** argv) {
+    for (int index = 1; index < argc; ++index) {
+        if (std::strcmp(argv[index], "--version") == 0) return versionText;
+        if (std::strcmp(argv[index], "--help") == 0) return helpText;
+    }
+    return nullptr;
+}
+
+int run(QApplication& application) {
+    PosixQuitSignals quitSignals;
+    QObject::connect(&quitSignals, &PosixQuitSignals::received, &application, &QCoreApplication::quit,
+                     Qt::QueuedConnection);
+    // Outlives everything that launches: its end is the end of every engine.
+    PosixProcessLauncher launcher;
+    const QtFileTests fileTests{};
+    QtFileStore fileStore;
+    QtFileDialogs dialogs;
+    QtPasteboard pasteboard;
+    QtTimeSource time;
+#ifdef __APPLE__
+    MacDefaultsStore defaults;
+    const MacSystemSettings system{};
+    MacSoundPlayer soundPlayer;
+#else
+    LinuxDefaultsStore defaults;
+    const LinuxSystemSettings system{};
+    LinuxSoundPlayer soundPlayer(LinuxSoundPlayer::defaultFolder());
+#endif
+
+    Theme theme;
+    Theme::registerShared(&theme);
+    LocalizationManager loc(defaults, system);
+    LocalizationManager::registerShared(&loc);
+    SoundManager sounds(soundPlayer);
+    SoundManager::registerShared(&sounds);
+    EngineManager engines({defaults, fileTests, system, launcher, dialogs});
+    EngineManager::registerShared(&engines);
+    GameManager game(time, engines, sounds, [&](const EngineConfiguration& config) {
+        return std::make_unique<UCIEngineProcess>(config, launcher, fileTests);
+    });
+    GameManager::registerShared(&game);
+    PGNExporter exporter(dialogs, fileStore, pasteboard);
+
+    AppDelegate delegate;
+    MainWindow window({game, loc, engines, exporter, theme, system, time});
+    dialogs.setWindow(&window);
+    delegate.applicationDidFinishLaunching(window);
+    return QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (const char* answer = commandLineAnswer(argc, argv)) {
+        return std::fputs(answer, stdout) < 0 ? 1 : 0;
+    }
+    // One look everywhere; named before the application exists, so that no system style is loaded first.
+    QApplication::setStyle(new LeanStyle);
+    QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("velmorandix-orlix"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORLIX_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("velmorandix-orlix"));
+    return run(application);
+}

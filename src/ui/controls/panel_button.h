@@ -1,0 +1,65 @@
+// A painted push button, tab, segment, chip or menu row: one class, its look chosen from a table.
+#pragma once
+
+#include <optional>
+
+#include "ui/controls/control_button.h"
+#include "ui/controls/text_fit.h"
+#include "ui/icons.h"
+
+namespace orlix {
+
+class PanelButton : public ControlButton, public ShowsText {
+    Q_OBJECT
+  public:
+    enum class Look {
+        primary,    ///< the one thing to do, in the accent colour
+        secondary,  ///< any other command
+        onCard,     ///< any other command, on a card: outlined
+        destructive,
+        tab,      ///< one of the tabs: highlighted while checked
+        segment,  ///< one part of a segmented control: raised while checked
+        chip,     ///< a pill: filled while checked
+        option,   ///< a row of a picker's list: ticked while checked
+    };
+    enum class Arrangement { row, column };  ///< symbol beside the label, or above it
+
+    PanelButton(Look look, Arrangement arrangement, Theme& theme, QWidget* parent = nullptr);
+
+    /// Also the accessible name. An ampersand is shown as it is: no key is taken from it.
+    void setLabel(const QString& label);
+    const QString& label() const { return label_; }
+    void setSymbol(Icon symbol);
+    /// Shortens a label that is too long instead of breaking and shrinking it: for names that users give.
+    void setElided(bool isElided);
+
+    QList<ShownText> shownTexts() const override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+
+    /// The ink and ground of `look`, for checks of their contrast; an invalid ground is the card's.
+    struct Colors {
+        QColor ground;
+        QColor ink;
+    };
+    static Colors colors(Look look, bool isChecked, bool isHovered, const Theme& theme);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    QFont labelFont() const;
+    QRectF content() const;
+    QRectF labelRoom() const;
+    qreal radius() const;
+
+    Look look_;
+    Arrangement arrangement_;
+    QString label_;
+    std::optional<Icon> symbol_;
+    bool isElided_ = false;
+};
+
+}  // namespace orlix

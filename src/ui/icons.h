@@ -1,0 +1,50 @@
+// The program's own icon set: SVG on a 20-unit grid with one stroke weight, tinted when drawn, named after
+// what each icon means.
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+#include <QPixmap>
+
+namespace orlix {
+
+enum class Icon {
+    gameState,
+    engine,
+    automatch,
+    newGame,
+    engines,
+    exportNotation,  // tabs
+    flip,
+    undo,
+    pause,
+    resume,
+    resign,
+    plus,  // bottom bar
+    person,
+    clock,
+    check,
+    flag,
+    warning,
+    dice,
+    play,
+    stop,
+    chart,
+    sliders,
+    terminal,
+    list,
+    copy,
+    trash,
+    save,
+    scan,
+    viewOnBoard,
+    add,
+    tune,
+    chevronDown,
+};
+
+/// The icon tinted in `color`, `size` device-independent pixels wide and high, crisp at `devicePixelRatio`.
+/// Cached.
+QPixmap iconPixmap(Icon icon, const QColor& color, int size, qreal devicePixelRatio);
+
+}  // namespace orlix

@@ -1,0 +1,77 @@
+// The content of the main window: board, banners and evaluation bar at the left, the panel at the right.
+// Owned by the main window; main thread only. It holds no game state: it shows what the managers hold.
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+#include "ui/player_banner_view.h"
+#include "ui/player_info.h"
+
+namespace orlix {
+
+class BoardView;
+class EngineManager;
+class EngineNoticeView;
+class EvaluationBarView;
+class GameManager;
+class LocalizationManager;
+class PGNExporter;
+class RightPanelView;
+class SystemSettings;
+class Theme;
+class TimeSource;
+
+class MainView : public QWidget {
+    Q_OBJECT
+  public:
+    /// What the view and its parts talk to; all of it outlives them.
+    struct Collaborators {
+        GameManager& game;
+        LocalizationManager& loc;
+        EngineManager& engines;
+        PGNExporter& exporter;
+        Theme& theme;
+        const SystemSettings& system;
+        TimeSource& time;
+    };
+    static constexpr QSize smallestSize{1120, 740};
+
+    /// Starts a new game when it is first shown.
+    explicit MainView(const Collaborators& with, QWidget* parent = nullptr);
+    ~MainView() override;
+
+    PlayerInfo playerInfo(PieceColor color) const;
+
+  protected:
+    bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    /// One banner and what it shows; the captured pieces are found only when the game changes.
+    struct Banner {
+        PlayerBannerView* view = nullptr;
+        PlayerBannerView::Values values;
+    };
+
+    void layOutChildren();
+    void showGame();
+    void showGame(Banner& banner, PieceColor color);
+    void showClock();
+    void showEvaluation();
+
+    GameManager& game_;
+    LocalizationManager& loc_;
+    Theme& theme_;
+    std::array<Banner, 2> banners_;  ///< top and bottom
+    BoardView* board_;
+    EvaluationBarView* evaluationBar_;
+    RightPanelView* rightPanel_;
+    EngineNoticeView* notice_;
+    bool wasShown_ = false;
+};
+
+}  // namespace orlix

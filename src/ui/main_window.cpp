@@ -1,0 +1,77 @@
+#include "ui/main_window.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include "l10n/localization_manager.h"
+#include "ui/menus.h"
+#include "ui/theme.h"
+
+namespace orlix {
+namespace {
+
+/// The default size, or what the screen has for a window where that is less; never below the smallest.
+QSize sizeOn(const QScreen* screen, QSize smallest) {
+    const QSize room = screen != nullptr ? screen->availableSize() : MainWindow::defaultSize;
+    return MainWindow::defaultSize.boundedTo(room).expandedTo(smallest);
+}
+
+}  // namespace
+
+MainWindow::MainWindow(const MainView::Collaborators& with) : theme_(with.theme) {
+    auto* menuBar = new QMenuBar(this);
+    auto* gameMenu = new GameMenu(with.game, with.loc, with.exporter, menuBar);
+    // Everything else paints itself; these two are the style's, in the theme's colours.
+    const auto recolor = [this, menuBar, gameMenu] {
+        menuBar->setPalette(theme_.palette());
+        gameMenu->setPalette(theme_.palette());
+        update();
+    };
+    connect(&theme_, &Theme::changed, this, recolor);
+    recolor();
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->setMenuBar(menuBar);
+    auto* view = new MainView(with, this);
+    column->addWidget(view);
+    view->setFocus();  // so that no control shows a focus ring before the user has asked for one
+    // A control that goes lets go of the keyboard; the window itself would hear its keys, but not the view.
+    connect(qApp, &QApplication::focusChanged, this, [this, view](QWidget*, QWidget* now) {
+        if (!now && isActiveWindow() && !focusWidget()) view->setFocus();
+    });
+
+    const auto retitle = [this, &loc = with.loc] { setWindowTitle(loc.text("app_title")); };
+    connect(&with.loc, &LocalizationManager::changed, this, retitle);
+    retitle();
+    resize(sizeOn(screen(), column->totalMinimumSize()));
+}
+
+MainWindow::~MainWindow() {
+    // The view goes first, and its controls let go of the keyboard one by one.
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    // Space belongs to the pause command, so Return presses the button that has the focus. The button itself
+    // leaves the key to its parents.
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto* button = qobject_cast<QAbstractButton*>(focusWidget());
+    if (isReturn && button != nullptr && button->hasFocus() && !event->isAutoRepeat()) {
+        button->click();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void MainWindow::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), theme_.color(ColorRole::window));
+}
+
+}  // namespace orlix

@@ -1,0 +1,26 @@
+// The one window: menu bar, main view and title. Owned by the composition root; main thread only.
+#pragma once
+
+#include <QWidget>
+
+#include "ui/main_view.h"
+
+namespace orlix {
+
+class MainWindow : public QWidget {
+    Q_OBJECT
+  public:
+    static constexpr QSize defaultSize{1280, 860};
+
+    explicit MainWindow(const MainView::Collaborators& with);
+    ~MainWindow() override;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    Theme& theme_;
+};
+
+}  // namespace orlix

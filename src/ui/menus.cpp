@@ -1,0 +1,62 @@
+#include "ui/menus.h"
+
+#include <QMenuBar>
+
+#include "game/game_manager.h"
+#include "l10n/extra_texts.h"
+#include "l10n/localization_manager.h"
+#include "records/pgn_exporter.h"
+
+namespace orlix {
+namespace {
+
+/// An ampersand in a text is a character, not the mark of a key.
+QString menuTitle(QString text) {
+    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+}  // namespace
+
+GameMenu::GameMenu(GameManager& game, LocalizationManager& loc, PGNExporter& exporter, QMenuBar* menuBar)
+    : QMenu(menuBar), game_(game), loc_(loc) {
+    const auto add = [this](const QKeySequence& shortcut, auto command) {
+        QAction* action = addAction(QString(), this, command);
+        action->setShortcut(shortcut);
+        action->setMenuRole(QAction::NoRole);  // a title never moves a command to the application's menu
+        return action;
+    };
+    // Qt's control key is the command key on macOS.
+    newGame_ = add(Qt::CTRL | Qt::Key_N, [this] { game_.startNewGame(); });
+    savePGN_ = add(Qt::CTRL | Qt::Key_S, [this, &exporter] {
+        exporter.savePGNDialog(game_.exportPGN(), QStringLiteral("velmorandix_game.pgn"));
+    });
+    addSeparator();
+    flipBoard_ = add(Qt::CTRL | Qt::Key_F, [this] { game_.flipBoard(); });
+    undo_ = add(Qt::CTRL | Qt::Key_Z, [this] { game_.undoMove(); });
+    pauseOrResume_ = add(Qt::Key_Space, [this] { game_.togglePause(); });
+    pauseOrResume_->setAutoRepeat(false);  // holding the bar down is one press
+    addSeparator();
+    resign_ = add({}, [this] { game_.resign(game_.board().turn); });
+
+    connect(&game_, &GameManager::changed, this, &GameMenu::retitle);
+    connect(&loc_, &LocalizationManager::changed, this, &GameMenu::retitle);
+    retitle();
+    menuBar->addMenu(this);
+}
+
+void GameMenu::retitle() {
+    const auto set = [this](QAction* action, const char* key) {
+        const QString title = menuTitle(loc_.text(key));
+        if (action->text() != title) action->setText(title);
+    };
+    const QString title = menuTitle(extraText(loc_.currentLanguage(), ExtraText::gameMenu));
+    if (this->title() != title) setTitle(title);
+    set(newGame_, "btn_new_game");
+    set(savePGN_, "btn_save_pgn");
+    set(flipBoard_, "btn_flip_board");
+    set(undo_, "btn_undo");
+    set(pauseOrResume_, game_.isPaused() ? "btn_resume" : "btn_pause");
+    set(resign_, "btn_resign");
+}
+
+}  // namespace orlix

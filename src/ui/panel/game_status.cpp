@@ -1,0 +1,81 @@
+#include "ui/panel/game_status.h"
+
+#include "game/game_manager.h"
+
+namespace orlix {
+
+namespace {
+
+QString turnKey(PieceColor color) {
+    return color == PieceColor::white ? QStringLiteral("status_white_turn")
+                                      : QStringLiteral("status_black_turn");
+}
+
+GameStatus endStatus(const GameEndReason& reason) {
+    const bool whiteWins = reason.winner == PieceColor::white;
+    switch (reason.kind) {
+        case GameEndReason::Kind::checkmate:
+            return {whiteWins ? QStringLiteral("status_checkmate_white")
+                              : QStringLiteral("status_checkmate_black"),
+                    StatusTone::won,
+                    Icon::flag,
+                    {}};
+        // These keys name the side that lost.
+        case GameEndReason::Kind::timeout:
+            return {
+                whiteWins ? QStringLiteral("status_black_timeout") : QStringLiteral("status_white_timeout"),
+                StatusTone::won,
+                Icon::warning,
+                {}};
+        case GameEndReason::Kind::resignation:
+            return {
+                whiteWins ? QStringLiteral("status_black_resigned") : QStringLiteral("status_white_resigned"),
+                StatusTone::won,
+                Icon::flag,
+                {}};
+        case GameEndReason::Kind::stalemate:
+            return {QStringLiteral("status_stalemate"), StatusTone::drawn, Icon::flag, {}};
+        case GameEndReason::Kind::fiftyMoveRule:
+            return {QStringLiteral("status_draw_50"), StatusTone::drawn, Icon::flag, {}};
+        case GameEndReason::Kind::threefoldRepetition:
+            return {QStringLiteral("status_draw_rep"), StatusTone::drawn, Icon::flag, {}};
+        case GameEndReason::Kind::insufficientMaterial:
+            return {QStringLiteral("status_draw_material"), StatusTone::drawn, Icon::flag, {}};
+    }
+    return {};
+}
+
+}  // namespace
+
+GameStatus gameStatus(const GameManager& game) {
+    const ChessBoard& board = game.board();
+    const QString turn = turnKey(board.turn);
+    if (game.isGameOver()) {
+        if (game.gameEndReason()) return endStatus(*game.gameEndReason());
+        // A finished game that is only shown carries no reason: its last position tells what it can.
+        if (const auto reason = board.gameEndReason()) return endStatus(*reason);
+        return {turn, StatusTone::drawn, Icon::flag, {}};
+    }
+    if (game.isPaused()) return {QStringLiteral("status_paused"), StatusTone::paused, Icon::pause, turn};
+    if (board.isKingInCheck(board.turn)) {
+        return {QStringLiteral("status_check"), StatusTone::check, Icon::warning, turn};
+    }
+    return {turn, StatusTone::playing, std::nullopt, QStringLiteral("status_active")};
+}
+
+StatusColors statusColors(StatusTone tone, const Theme& theme) {
+    ColorRole role = ColorRole::accent;
+    switch (tone) {
+        case StatusTone::playing: role = ColorRole::accent; break;
+        case StatusTone::check: role = ColorRole::bad; break;
+        case StatusTone::paused: role = ColorRole::caution; break;
+        case StatusTone::drawn: role = ColorRole::secondary; break;
+        case StatusTone::won: role = ColorRole::good; break;
+    }
+    // A colour on its own tint falls short of 4.5 : 1; moved toward the text's colour it does not.
+    const bool isDark = theme.scheme() == Theme::Scheme::dark;
+    return {theme.tint(role, ColorRole::panel, 0.16),
+            theme.tint(ColorRole::text, role, isDark ? 0.15 : 0.22)};
+}
+
+}  // namespace orlix

@@ -1,0 +1,28 @@
+// The game as it stands: its moves, and the way back from an inspected position.
+#pragma once
+
+#include <QWidget>
+
+#include "ui/panel/panel_context.h"
+
+class QVBoxLayout;
+
+namespace orlix {
+
+class PanelButton;
+
+class GameTab : public QWidget {
+    Q_OBJECT
+  public:
+    explicit GameTab(const PanelContext& context, QWidget* parent = nullptr);
+
+  private:
+    void takeGame();
+    void retranslate();
+
+    PanelContext context_;
+    QVBoxLayout* layout_;
+    PanelButton* back_ = nullptr;  ///< made when a past position is first inspected
+};
+
+}  // namespace orlix

@@ -1,0 +1,133 @@
+#include "ui/panel/panel_header.h"
+
+#include <QPainter>
+#include <QtMath>
+
+#include "game/game_manager.h"
+#include "l10n/localization_manager.h"
+#include "ui/controls/picker_button.h"
+#include "ui/controls/text_label.h"
+
+namespace orlix {
+
+namespace {
+
+constexpr int badgePadding = 12;
+constexpr int badgeSymbol = 14;
+constexpr int badgeGap = 5;
+constexpr int smallestType = 10;
+constexpr int leastSecondary = 64;
+
+QFont badgeFont() {
+    return Theme::font(TextStyle::bodyStrong);
+}
+
+}  // namespace
+
+StatusBadge::StatusBadge(Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme) {
+    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void StatusBadge::setStatus(const GameStatus& status, const QString& text) {
+    if (status == status_ && text == text_) return;
+    status_ = status;
+    text_ = text;
+    setAccessibleName(text);
+    update();
+}
+
+int StatusBadge::naturalWidth() const {
+    const int symbol = status_.symbol ? badgeSymbol + badgeGap : 0;
+    return qCeil(wrappedSize(text_, badgeFont(), 10000).width()) + 1 + symbol + 2 * badgePadding;
+}
+
+QRectF StatusBadge::textRoom() const {
+    const int symbol = status_.symbol ? badgeSymbol + badgeGap : 0;
+    return QRectF(rect()).adjusted(badgePadding + symbol, 2, -badgePadding, -2);
+}
+
+QList<ShownText> StatusBadge::shownTexts() const {
+    const QSizeF room = textRoom().size();
+    return {
+        {text_, wrappedSize(text_, fittingFont(text_, badgeFont(), room, smallestType), room.width()), room}};
+}
+
+void StatusBadge::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const StatusColors colors = statusColors(status_.tone, theme_);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors.ground);
+    const qreal radius = qMin(height() / 2.0, 15.0);
+    painter.drawRoundedRect(rect(), radius, radius);
+    if (status_.symbol) {
+        painter.drawPixmap(QPointF(badgePadding, (height() - badgeSymbol) / 2.0),
+                           iconPixmap(*status_.symbol, colors.ink, badgeSymbol, devicePixelRatioF()));
+    }
+    const QRectF room = textRoom();
+    painter.setFont(fittingFont(text_, badgeFont(), room.size(), smallestType));
+    painter.setPen(colors.ink);
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap, text_);
+}
+
+PanelHeader::PanelHeader(const PanelContext& context, QWidget* parent)
+    : QWidget(parent),
+      context_(context),
+      badge_(new StatusBadge(context.theme, this)),
+      secondary_(new TextLabel(TextStyle::caption, ColorRole::secondary, context.theme, this)),
+      language_(new PickerButton(context.theme, this)) {
+    QStringList names;
+    for (const Language language : allLanguages)
+        names.append(flag(language) + QStringLiteral("  ") + displayName(language));
+    language_->setItems(names, false);
+    language_->setObjectName(QStringLiteral("languagePicker"));
+    retranslate();
+    connect(language_, &PickerButton::chosen, this, [this](int index) {
+        context_.loc.setCurrentLanguage(allLanguages[static_cast<std::size_t>(index)]);
+    });
+    connect(&context_.game, &GameManager::changed, this, &PanelHeader::takeGame);
+    connect(&context_.loc, &LocalizationManager::changed, this, &PanelHeader::retranslate);
+}
+
+void PanelHeader::takeGame() {
+    const GameStatus status = gameStatus(context_.game);
+    if (isShown_ && status == badge_->status()) return;
+    isShown_ = true;
+    badge_->setStatus(status, context_.loc.text(status.key));
+    secondary_->setText(status.secondaryKey.isEmpty() ? QString() : context_.loc.text(status.secondaryKey));
+    arrange();
+}
+
+void PanelHeader::retranslate() {
+    const Language current = context_.loc.currentLanguage();
+    for (std::size_t index = 0; index < allLanguages.size(); ++index) {
+        if (allLanguages[index] == current) language_->setCurrentIndex(static_cast<int>(index));
+    }
+    language_->setCaption(context_.loc.text("language"));
+    isShown_ = false;
+    takeGame();
+}
+
+void PanelHeader::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    arrange();
+}
+
+void PanelHeader::arrange() {
+    const int margin = metrics::space4;
+    const int pickerWidth = language_->currentItemWidth();
+    language_->setGeometry(width() - margin - pickerWidth, (height() - 30) / 2, pickerWidth, 30);
+
+    const int room = language_->x() - margin - metrics::space2;
+    const bool saysMore = !secondary_->text().isEmpty();
+    const int badgeRoom = saysMore ? room - leastSecondary - metrics::space2 : room;
+    const int badgeWidth = qMin(badge_->naturalWidth(), badgeRoom);
+    const bool isOneLine = badgeWidth >= badge_->naturalWidth();
+    const int badgeHeight = isOneLine ? 26 : 40;
+    badge_->setGeometry(margin, (height() - badgeHeight) / 2, badgeWidth, badgeHeight);
+    secondary_->setVisible(saysMore);
+    const int left = margin + badgeWidth + 10;
+    secondary_->setGeometry(left, 4, language_->x() - metrics::space2 - left, height() - 8);
+}
+
+}  // namespace orlix

@@ -1,0 +1,27 @@
+#include "ui/panel/scroll_page.h"
+
+#include <QVBoxLayout>
+
+#include "ui/controls/thin_scroll_bar.h"
+#include "ui/theme.h"
+
+namespace orlix {
+
+ScrollPage::ScrollPage(Theme& theme, QWidget* parent) : QScrollArea(parent) {
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBar(new ThinScrollBar(ColorRole::panel, theme, this));
+    verticalScrollBar()->setSingleStep(20);
+    auto* inner = new QWidget;
+    content_ = new QVBoxLayout(inner);
+    content_->setContentsMargins(metrics::space4, metrics::space4, metrics::space4, metrics::space4);
+    content_->setSpacing(metrics::space3);
+    setWidget(inner);
+    // The panel's own ground shows through.
+    inner->setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
+}
+
+}  // namespace orlix

@@ -1,0 +1,51 @@
+// One piece as its chess symbol: the body filled in the piece's colour, with an edge and two shadows, so that
+// it reads on both square colours. Values; main thread only.
+#pragma once
+
+#include <QColor>
+#include <QPixmap>
+#include <array>
+
+#include "core/piece.h"
+
+class QPainter;
+
+namespace orlix {
+
+class PieceView {
+  public:
+    /// `size` is the side length of the square in the painter's units.
+    PieceView(PieceType type, PieceColor color, qreal size) : type_(type), color_(color), size_(size) {}
+    PieceView(const Piece& piece, qreal size) : PieceView(piece.type, piece.color, size) {}
+
+    /// Paints the piece into the square whose top left corner is `topLeft`, the symbol centred in it.
+    void paint(QPainter& painter, const QPointF& topLeft = {}) const;
+
+    static QColor bodyColor(PieceColor color);
+    /// The symbol's font size for a square of side `size`.
+    static qreal fontSize(qreal size) { return 0.85 * size; }
+
+  private:
+    PieceType type_;
+    PieceColor color_;
+    qreal size_;
+};
+
+/// The rendered pieces of one square size, each rendered when it is first asked for. Another size drops them.
+class PiecePixmaps {
+  public:
+    /// The piece in a square of `side` device pixels; the pixmap's own pixel ratio is 1.
+    const QPixmap& pixmap(PieceType type, PieceColor color, int side);
+
+    /// Renders all twelve pieces for squares of `side` device pixels, unless that is the size they have.
+    void prepare(int side);
+
+  private:
+    QPixmap& slot(PieceType type, PieceColor color);
+    void setSide(int side);
+
+    int side_ = 0;
+    std::array<QPixmap, allPieceTypes.size() * allPieceColors.size()> pixmaps_;
+};
+
+}  // namespace orlix

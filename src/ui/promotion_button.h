@@ -1,0 +1,33 @@
+// A button of the promotion picker: a piece above its name, or the name alone. Owned by the picker.
+#pragma once
+
+#include <QAbstractButton>
+#include <optional>
+
+#include "core/piece.h"
+#include "ui/piece_view.h"
+
+namespace orlix {
+
+class Theme;
+
+class PromotionButton : public QAbstractButton {
+    Q_OBJECT
+  public:
+    PromotionButton(Theme& theme, std::optional<PieceType> type, QWidget* parent);
+
+    void setPieceColor(PieceColor color);
+    QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    Theme& theme_;
+    std::optional<PieceType> type_;
+    PieceColor color_ = PieceColor::white;
+    PiecePixmaps pixmaps_;
+};
+
+}  // namespace orlix

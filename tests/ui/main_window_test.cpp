@@ -1,0 +1,77 @@
+#include "ui/main_window.h"
+
+#include <QAbstractButton>
+#include <QLayout>
+#include <QMenuBar>
+#include <QScreen>
+
+#include "shell_fixture.h"
+
+namespace orlix {
+namespace {
+
+class MainWindowTest : public test::ShellTest {};
+
+TEST_F(MainWindowTest, opensAtItsDefaultSizeOrWhatTheScreenHas) {
+    buildWindow();
+    const MainWindow fresh({*game, loc, *engines, *exporter, theme, system, time});
+    const QSize room = fresh.screen()->availableSize();
+    const QSize smallest = fresh.layout()->totalMinimumSize();
+    EXPECT_EQ(smallest.width(), 1120);
+    EXPECT_GE(smallest.height(), 740);
+    EXPECT_EQ(fresh.size(), QSize(1280, 860).boundedTo(room).expandedTo(smallest));
+}
+
+TEST_F(MainWindowTest, neverGetsSmallerThanTheViewAllows) {
+    showWindowForTwoPeople();
+    window->resize(600, 400);
+    EXPECT_EQ(find<MainView>()->size(), QSize(1120, 740));
+}
+
+TEST_F(MainWindowTest, titleIsTheApplicationsName) {
+    buildWindow();
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Velmorandix Orlix"));
+}
+
+TEST_F(MainWindowTest, noControlHasTheFocusUntilTabIsPressed) {
+    showWindowForTwoPeople();
+    EXPECT_EQ(QApplication::focusWidget(), find<MainView>());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_NE(QApplication::focusWidget(), find<MainView>());
+}
+
+TEST_F(MainWindowTest, theKeyboardReturnsToTheViewWhenItsControlLetsGo) {
+    showWindowForTwoPeople();
+    auto* resign = window->findChild<QAbstractButton*>(QStringLiteral("resignGame"));
+    ASSERT_TRUE(resign);
+    resign->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(resign, Qt::Key_Return);
+    ASSERT_TRUE(game->isGameOver());
+    EXPECT_EQ(QApplication::focusWidget(), find<MainView>());
+}
+
+TEST_F(MainWindowTest, everyPixelOfTheFirstPictureIsPainted) {
+    showWindowForTwoPeople();
+    QImage canvas(window->size(), QImage::Format_ARGB32);
+    canvas.fill(Qt::magenta);
+    window->render(&canvas, QPoint(), QRegion(), QWidget::DrawChildren);
+    int unpainted = 0;
+    for (int y = 0; y < canvas.height(); ++y) {
+        for (int x = 0; x < canvas.width(); ++x) {
+            if (canvas.pixelColor(x, y) == QColor(Qt::magenta)) ++unpainted;
+        }
+    }
+    EXPECT_EQ(unpainted, 0);
+}
+
+TEST_F(MainWindowTest, menuBarFollowsTheTheme) {
+    showWindowForTwoPeople();
+    const QColor light = find<QMenuBar>()->grab().toImage().pixelColor(window->width() - 4, 4);
+    theme.setScheme(Theme::Scheme::dark);
+    const QColor dark = find<QMenuBar>()->grab().toImage().pixelColor(window->width() - 4, 4);
+    EXPECT_GT(light.lightness(), 200);
+    EXPECT_LT(dark.lightness(), 60);
+}
+
+}  // namespace
+}  // namespace orlix

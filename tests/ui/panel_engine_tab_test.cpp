@@ -1,0 +1,520 @@
+#include <QScrollBar>
+
+#include "panel_tabs_fixture.h"
+#include "platform/posix/posix_process_launcher.h"
+#include "platform/qt/qt_file_tests.h"
+#include "platform/qt/qt_time_source.h"
+#include "support/event_pump.h"
+#include "support/scripted_engine.h"
+#include "ui/controls/toggle_switch.h"
+#include "ui/controls/value_slider.h"
+#include "ui/panel/analysis_card.h"
+#include "ui/panel/elided_label.h"
+#include "ui/panel/engine_tab.h"
+#include "ui/panel/live_elo_editor.h"
+#include "ui/panel/uci_console_view.h"
+
+namespace orlix::test {
+namespace {
+
+const QString narrowSpace(QChar(0x202F));
+
+class EngineTabTest : public PanelTabsTest {
+  protected:
+    UciConsoleView* console() const { return find<UciConsoleView>("console"); }
+    EvaluationFigures* figures() const { return panel->findChild<EvaluationFigures*>(); }
+    QScrollBar* bar() const { return console()->verticalScrollBar(); }
+
+    /// Against the engine, the person having White and having moved: the engine thinks.
+    void playAgainstEngine() {
+        registerEngines();
+        game->setGameMode(GameMode::humanVsEngine);
+        game->startNewGame();
+        game->handleSquareClick(*Square::fromText("e2"));
+        game->handleSquareClick(*Square::fromText("e4"));
+        settle();
+    }
+    void playBetweenEngines() {
+        registerEngines();
+        engines->setSelectedBlackEngine(engines->availableEngines().at(1));
+        game->setGameMode(GameMode::engineVsEngine);
+        game->startNewGame();
+        settle();
+        settle();
+    }
+    void say(const QByteArray& lines) {
+        puppets.say(lines);
+        settle();
+    }
+    /// Says `count` numbered lines.
+    void chatter(int count, int from = 1) {
+        QByteArray lines;
+        for (int number = from; number < from + count; ++number)
+            lines += "info string line " + QByteArray::number(number) + '\n';
+        lines.chop(1);
+        say(lines);
+    }
+};
+
+TEST_F(EngineTabTest, withoutAnEngineItIsIdleAndTheConsoleSaysWhatToDo) {
+    panel->setSelectedTab(1);
+    EXPECT_TRUE(find<TextLabel>("engineIdle")->isVisible());
+    EXPECT_EQ(find<TextLabel>("engineIdle")->text(), loc->text("engine_idle"));
+    EXPECT_FALSE(panel->findChild<LiveEloEditor*>()->isVisible());
+    ASSERT_EQ(console()->shownTexts().size(), 1);
+    EXPECT_EQ(console()->shownTexts()[0].text,
+              QStringLiteral("No UCI communication yet. Start a game to see raw engine dialogue."));
+    EXPECT_FALSE(find("copyLog")->isEnabled());
+    EXPECT_EQ(figures()->values(), QStringList(4, QStringLiteral("\u2013")));
+}
+
+TEST_F(EngineTabTest, theCardShowsWhatTheThinkingEngineSays) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    auto* name = find<ElidedLabel>("thinkingEngine");
+    EXPECT_TRUE(name->isVisible());
+    EXPECT_EQ(name->text(), game->currentlyThinkingEngine()->name);
+    EXPECT_FALSE(find<TextLabel>("engineIdle")->isVisible());
+    say("info depth 18 score cp -35 nodes 12345678 nps 1500000 time 900 pv e7e5 g1f3 b8c6");
+    EXPECT_EQ(figures()->values(), (QStringList{QStringLiteral("-0.35"), QStringLiteral("18"),
+                                                QStringLiteral("12") + narrowSpace + QStringLiteral("345") +
+                                                    narrowSpace + QStringLiteral("678"),
+                                                QStringLiteral("1") + narrowSpace + QStringLiteral("500") +
+                                                    narrowSpace + QStringLiteral("000")}));
+    EXPECT_EQ(figures()->line(), QStringLiteral("e7e5 g1f3 b8c6"));
+    EXPECT_TRUE(figures()->accessibleName().contains(QStringLiteral("Score -0.35")));
+    say("info score mate 3");
+    EXPECT_EQ(figures()->values()[0], QStringLiteral("+M3"));
+}
+
+TEST_F(EngineTabTest, afterItsMoveTheEngineIsIdleAndItsLastWordStays) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    say("info depth 9 score cp 12 pv e7e5");
+    say("bestmove e7e5");
+    ASSERT_FALSE(game->currentlyThinkingEngine());
+    EXPECT_TRUE(find<TextLabel>("engineIdle")->isVisible());
+    EXPECT_FALSE(find<ElidedLabel>("thinkingEngine")->isVisible());
+    EXPECT_EQ(figures()->values()[1], QStringLiteral("9"));
+}
+
+TEST_F(EngineTabTest, aNewGameClearsTheCard) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    say("info depth 9 score cp 12 pv e7e5");
+    game->startNewGame();
+    settle();
+    EXPECT_EQ(figures()->values()[1], QStringLiteral("\u2013"));
+    game->setGameMode(GameMode::humanVsHuman);
+    game->startNewGame();
+    settle();
+    EXPECT_EQ(console()->engine(), nullptr);
+    EXPECT_TRUE(console()->lines().isEmpty());
+    EXPECT_FALSE(find("copyLog")->isEnabled());
+}
+
+TEST_F(EngineTabTest, aFloodOfEvaluationsIsShownAtMostThirtyTimesASecond) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    settle();
+    PaintWatch paints(figures());
+    for (int said = 1; said <= 200; ++said) {
+        const QByteArray number = QByteArray::number(said);
+        puppets.say("info depth " + number + " nodes " + number);
+        QTest::qWait(0);
+        time.advance(5ms);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_LE(paints.count, 31);
+    EXPECT_GE(paints.count, 10);
+    settle();
+    EXPECT_EQ(figures()->values()[1], QStringLiteral("200"));
+}
+
+TEST_F(EngineTabTest, theSameEvaluationPaintsNothing) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    say("info depth 9 score cp 12 nodes 5 nps 6 pv e7e5");
+    QCoreApplication::processEvents();
+    PaintWatch paints(figures());
+    say("info depth 9 score cp 12 nodes 5 nps 6 pv e7e5");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(paints.count, 0);
+}
+
+TEST_F(EngineTabTest, theConsoleShowsTheDialogueAndColoursItsSides) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    EXPECT_TRUE(console()->lines().contains(QStringLiteral("> uci")));
+    EXPECT_TRUE(console()->lines().contains(QStringLiteral("< uciok")));
+    say("info depth 3");
+    EXPECT_EQ(console()->lines().last(), QStringLiteral("< info depth 3"));
+    const QColor ground = theme.color(ColorRole::console);
+    QSet<QRgb> colors;
+    for (const char* line : {"> go", "< info", "Started engine process: /x", "Error: Executable not found"}) {
+        const QColor color = UciConsoleView::lineColor(QString::fromLatin1(line));
+        EXPECT_GE(contrastRatio(color, ground), 4.5) << line;
+        colors.insert(color.rgb());
+    }
+    EXPECT_EQ(colors.size(), 4);
+}
+
+TEST_F(EngineTabTest, theConsoleFollowsTheEndUnlessTheReaderScrolledUp) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    chatter(120);
+    ASSERT_GT(bar()->maximum(), 0);
+    EXPECT_EQ(bar()->value(), bar()->maximum());
+    bar()->setValue(bar()->maximum() / 2);
+    EXPECT_TRUE(console()->isHeld());
+    const QStringList read = console()->lines();
+    const int place = bar()->value();
+    chatter(400, 121);
+    EXPECT_EQ(console()->lines(), read) << "what is being read stays, though the log has dropped it";
+    EXPECT_EQ(bar()->value(), place);
+    bar()->setValue(bar()->maximum());
+    settle();
+    EXPECT_FALSE(console()->isHeld());
+    EXPECT_EQ(console()->lines().last(), QStringLiteral("< info string line 520"));
+    EXPECT_EQ(bar()->value(), bar()->maximum());
+}
+
+TEST_F(EngineTabTest, linesAreSelectedByMouseAndCopiedByKey) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    chatter(5);
+    const int last = static_cast<int>(console()->lines().size()) - 1;
+    QWidget* view = console()->viewport();
+    const auto at = [&](int line, int column) {
+        const QRectF place = console()->characterRect(line, column);
+        return QPoint(qRound(place.left()) + 1, qRound(place.center().y()));
+    };
+    QTest::mousePress(view, Qt::LeftButton, {}, at(last - 1, 2));
+    QTest::mouseMove(view, at(last, 6));
+    QTest::mouseRelease(view, Qt::LeftButton, {}, at(last, 6));
+    const QString wanted = QStringLiteral("info string line 4\n< info");
+    EXPECT_EQ(console()->selectedText(), wanted);
+    chatter(3, 6);
+    EXPECT_EQ(console()->selectedText(), wanted) << "more lines do not move a selection";
+    QTest::keyClick(console(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(pasteboard.text, wanted);
+    QTest::keyClick(console(), Qt::Key_Escape);
+    EXPECT_EQ(console()->selectedText(), QString());
+    EXPECT_EQ(console()->lines().last(), QStringLiteral("< info string line 8"));
+}
+
+TEST_F(EngineTabTest, selectingUpwardsAndADoubleClickTakeLinesToo) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    chatter(5);
+    const int last = static_cast<int>(console()->lines().size()) - 1;
+    QWidget* view = console()->viewport();
+    const auto at = [&](int line, int column) {
+        const QRectF place = console()->characterRect(line, column);
+        return QPoint(qRound(place.left()) + 1, qRound(place.center().y()));
+    };
+    QTest::mousePress(view, Qt::LeftButton, {}, at(last, 4));
+    QTest::mouseMove(view, at(last - 1, 13));
+    QTest::mouseRelease(view, Qt::LeftButton, {}, at(last - 1, 13));
+    EXPECT_EQ(console()->selectedText(), QStringLiteral(" line 4\n< in"));
+    QTest::mouseDClick(view, Qt::LeftButton, {}, at(last, 3));
+    EXPECT_EQ(console()->selectedText(), QStringLiteral("< info string line 5"));
+    QTest::keyClick(console(), Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(console()->selectedText(), console()->lines().join(u'\n'));
+    QTest::mouseClick(view, Qt::LeftButton, {}, at(last, 3));
+    EXPECT_FALSE(console()->isHeld());
+}
+
+TEST_F(EngineTabTest, aLongLineBreaksAndIsSelectedAcrossItsRows) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    const QByteArray moves = QByteArray("e2e4 ").repeated(60).trimmed();
+    say("info depth 1 pv " + moves);
+    const int last = static_cast<int>(console()->lines().size()) - 1;
+    const QString line = console()->lines()[last];
+    EXPECT_GT(console()->characterRect(last, 200).top(), console()->characterRect(last, 0).top());
+    EXPECT_LT(console()->characterRect(last, 200).right(), console()->viewport()->width());
+    QWidget* view = console()->viewport();
+    QTest::mouseDClick(view, Qt::LeftButton, {}, console()->characterRect(last, 250).center().toPoint());
+    EXPECT_EQ(console()->selectedText(), line);
+}
+
+TEST_F(EngineTabTest, copyLogTakesAllOfItEvenWhileTheReaderLooksElsewhere) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    chatter(100);
+    bar()->setValue(0);
+    chatter(100, 101);
+    EXPECT_EQ(find<PanelButton>("copyLog")->label(), QStringLiteral("Copy Log"));
+    click(find("copyLog"));
+    EXPECT_EQ(pasteboard.text, game->blackEngineProcess()->logLines().join(u'\n'));
+    EXPECT_TRUE(pasteboard.text->endsWith(QStringLiteral("line 200")));
+    EXPECT_EQ(panel->toastMessage(), QStringLiteral("Copied to clipboard!"));
+}
+
+TEST_F(EngineTabTest, theLogCanBeCopiedAsSoonAsTheConsoleHasLines) {
+    registerEngines();
+    panel->setSelectedTab(1);
+    EXPECT_FALSE(find("copyLog")->isEnabled());
+    game->setGameMode(GameMode::humanVsEngine);
+    game->startNewGame();
+    settle();
+    EXPECT_FALSE(console()->lines().isEmpty());
+    EXPECT_TRUE(find("copyLog")->isEnabled());
+}
+
+TEST_F(EngineTabTest, aHiddenTabTakesNoLinesAndAnOpenedOneHasThemAll) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    panel->setSelectedTab(0);
+    const int before = console()->refreshCount();
+    chatter(50);
+    EXPECT_EQ(console()->refreshCount(), before);
+    panel->setSelectedTab(1);
+    EXPECT_EQ(console()->lines().last(), QStringLiteral("< info string line 50"));
+}
+
+TEST_F(EngineTabTest, aNewGameReplacesTheDialogueEvenOfAHeldConsole) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    chatter(120);
+    bar()->setValue(0);
+    game->startNewGame();
+    settle();
+    EXPECT_EQ(console()->engine(), game->blackEngineProcess());
+    EXPECT_FALSE(console()->lines().contains(QStringLiteral("< info string line 120")));
+    EXPECT_TRUE(console()->lines().contains(QStringLiteral("> uci")));
+    EXPECT_FALSE(console()->isHeld());
+    // While the tab is hidden as well.
+    panel->setSelectedTab(0);
+    game->startNewGame();
+    settle();
+    panel->setSelectedTab(1);
+    EXPECT_EQ(console()->engine(), game->blackEngineProcess());
+}
+
+TEST_F(EngineTabTest, betweenEnginesTheConsoleFollowsTheThinkingOneUntilASideIsChosen) {
+    playBetweenEngines();
+    panel->setSelectedTab(1);
+    auto* sides = find<ChoiceGroup>("consoleSides");
+    EXPECT_TRUE(sides->isVisible());
+    ASSERT_EQ(game->currentlyThinkingColor(), PieceColor::white);
+    EXPECT_EQ(console()->engine(), game->whiteEngineProcess());
+    EXPECT_EQ(sides->currentIndex(), 0);
+    // White's engine was launched before Black's.
+    puppets.engines().at(puppets.engines().size() - 2).onOutput("bestmove e2e4\n");
+    ASSERT_TRUE(eventually([this] { return game->currentlyThinkingColor() == PieceColor::black; }));
+    settle();
+    EXPECT_EQ(console()->engine(), game->blackEngineProcess());
+    EXPECT_EQ(sides->currentIndex(), 1);
+    EXPECT_EQ(find<ElidedLabel>("thinkingEngine")->text(), QStringLiteral("Gnuchess"));
+    click(sides->button(0));
+    EXPECT_EQ(console()->engine(), game->whiteEngineProcess());
+    say("bestmove e7e5");
+    ASSERT_TRUE(eventually([this] { return game->currentlyThinkingColor() == PieceColor::white; }));
+    puppets.engines().at(puppets.engines().size() - 2).onOutput("bestmove g1f3\n");
+    ASSERT_TRUE(eventually([this] { return game->currentlyThinkingColor() == PieceColor::black; }));
+    settle();
+    EXPECT_EQ(console()->engine(), game->whiteEngineProcess()) << "a chosen side stays";
+}
+
+TEST_F(EngineTabTest, aReaderIsNotTakenToTheOtherEngine) {
+    playBetweenEngines();
+    panel->setSelectedTab(1);
+    QByteArray lines;
+    for (int number = 0; number < 100; ++number)
+        lines += "info string line " + QByteArray::number(number) + '\n';
+    const auto white = puppets.engines().at(puppets.engines().size() - 2);
+    white.onOutput(lines);
+    settle();
+    bar()->setValue(0);
+    white.onOutput("bestmove e2e4\n");
+    ASSERT_TRUE(eventually([this] { return game->currentlyThinkingColor() == PieceColor::black; }));
+    settle();
+    EXPECT_EQ(console()->engine(), game->whiteEngineProcess());
+    bar()->setValue(bar()->maximum());
+    settle();
+    EXPECT_EQ(console()->engine(), game->blackEngineProcess());
+}
+
+TEST_F(EngineTabTest, liveStrengthReachesTheRunningEngineAtOnce) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    EXPECT_TRUE(panel->findChild<LiveEloEditor*>()->isVisible());
+    EXPECT_FALSE(panel->findChild<QWidget*>(QStringLiteral("liveWhiteLimit")));
+    click(find("liveBlackLimit"));
+    EXPECT_TRUE(game->blackEngineLimitElo());
+    settle();
+    EXPECT_TRUE(console()->lines().contains(QStringLiteral("> setoption name UCI_LimitStrength value true")));
+    EXPECT_TRUE(puppets.lastHeard("setoption name UCI_Elo value 1800"));
+    click(find<ChoiceGroup>("liveBlackPresets")->button(2));
+    settle();
+    EXPECT_EQ(game->blackEngineElo(), 2200);
+    EXPECT_EQ(find<TextLabel>("liveBlackStrength")->text(), QStringLiteral("2200 ELO"));
+    EXPECT_TRUE(console()->lines().contains(QStringLiteral("> setoption name UCI_Elo value 2200")));
+    EXPECT_EQ(game->currentlyThinkingEngine()->elo, 2200);
+    auto* slider = find<ValueSlider>("liveBlackElo");
+    EXPECT_EQ(slider->minimum(), 1320);
+    EXPECT_EQ(slider->maximum(), 3190);
+    EXPECT_EQ(slider->value(), 2200);
+    slider->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(slider, Qt::Key_Right);
+    EXPECT_EQ(game->blackEngineElo(), 2210);
+    EXPECT_EQ(find<ChoiceGroup>("liveBlackPresets")->currentIndex(), -1);
+    click(find("liveBlackLimit"));
+    EXPECT_FALSE(game->blackEngineLimitElo());
+    EXPECT_TRUE(puppets.lastHeard("setoption name UCI_LimitStrength value false"));
+}
+
+TEST_F(EngineTabTest, aDraggedSliderTellsTheEngineWhereItEnds) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    click(find("liveBlackLimit"));
+    settle();
+    auto* slider = find<ValueSlider>("liveBlackElo");
+    const qsizetype before = game->blackEngineProcess()->logLines().size();
+    const QPoint start = slider->knobCenter(1800).toPoint();
+    QTest::mousePress(slider, Qt::LeftButton, {}, start);
+    for (int x = start.x(); x < start.x() + 100; x += 5)
+        QTest::mouseMove(slider, QPoint(x, start.y()));
+    EXPECT_EQ(game->blackEngineElo(), 1800);
+    const QString moving = find<TextLabel>("liveBlackStrength")->text();
+    EXPECT_NE(moving, QStringLiteral("1800 ELO")) << "the value is shown on the way";
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, QPoint(start.x() + 100, start.y()));
+    EXPECT_GT(game->blackEngineElo(), 1800);
+    EXPECT_EQ(find<TextLabel>("liveBlackStrength")->text(),
+              QString::number(game->blackEngineElo()) + QStringLiteral(" ELO"));
+    EXPECT_EQ(game->blackEngineProcess()->logLines().size(), before + 2);
+}
+
+TEST_F(EngineTabTest, betweenEnginesEachSideHasItsOwnStrength) {
+    playBetweenEngines();
+    panel->setSelectedTab(1);
+    click(find("liveWhiteLimit"));
+    click(find<ChoiceGroup>("liveWhitePresets")->button(0));
+    EXPECT_EQ(game->whiteEngineElo(), 1400);
+    EXPECT_TRUE(game->whiteEngineLimitElo());
+    EXPECT_FALSE(game->blackEngineLimitElo());
+    EXPECT_EQ(game->blackEngineElo(), 1800);
+    const auto heard = puppets.engines();
+    EXPECT_TRUE(heard.at(heard.size() - 2).lines.contains("setoption name UCI_Elo value 1400"));
+    EXPECT_FALSE(heard.back().lines.contains("setoption name UCI_Elo value 1400"));
+    // What is changed elsewhere is shown here.
+    game->updateBlackElo(true, 2600);
+    EXPECT_EQ(find<TextLabel>("liveBlackStrength")->text(), QStringLiteral("2600 ELO"));
+    EXPECT_EQ(find<ChoiceGroup>("liveBlackPresets")->currentIndex(), 3);
+}
+
+TEST_F(EngineTabTest, presetsBearTheirTextsInEveryLanguage) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    click(find("liveBlackLimit"));
+    const char* keys[] = {"preset_beginner", "preset_club", "preset_master", "preset_grandmaster",
+                          "preset_max"};
+    const qint64 strengths[] = {1400, 1800, 2200, 2600, 3190};
+    auto* presets = find<ChoiceGroup>("liveBlackPresets");
+    for (const Language language : allLanguages) {
+        loc->setCurrentLanguage(language);
+        for (int index = 0; index < 5; ++index)
+            EXPECT_EQ(presets->button(index)->label(), loc->text(keys[index]));
+    }
+    for (int index = 0; index < 5; ++index) {
+        click(presets->button(index));
+        EXPECT_EQ(game->blackEngineElo(), strengths[index]);
+    }
+}
+
+TEST_F(EngineTabTest, everyTextFits) {
+    playBetweenEngines();
+    panel->setSelectedTab(1);
+    click(find("liveWhiteLimit"));
+    puppets.engines()
+        .at(puppets.engines().size() - 2)
+        .onOutput("info depth 245 score cp -12345 nodes 123456789012 nps 123456789 pv " +
+                  QByteArray("e7e8q ").repeated(80) + "\n");
+    settle();
+    forEveryLanguageAndWidth([this](const std::string& where) { EXPECT_GT(expectAllFit(where), 40); });
+    game->setGameMode(GameMode::humanVsHuman);
+    game->startNewGame();
+    settle();
+    forEveryLanguageAndWidth([this](const std::string& where) { expectAllFit(where + " empty"); });
+}
+
+TEST_F(EngineTabTest, spacePressesNothingAndReturnDoes) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    for (const char* name : {"copyLog", "liveBlackLimit"}) {
+        find(name)->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(find(name), Qt::Key_Space);
+    }
+    EXPECT_FALSE(pasteboard.text);
+    EXPECT_FALSE(game->blackEngineLimitElo());
+    QTest::keyClick(find("liveBlackLimit"), Qt::Key_Return);
+    EXPECT_TRUE(game->blackEngineLimitElo());
+}
+
+TEST(EngineNumbers, areGroupedAlikeInEveryLocale) {
+    const QLocale before;
+    for (const char* name : {"C", "de_DE", "fr_FR", "en_IN", "ar_EG"}) {
+        QLocale::setDefault(QLocale(QString::fromLatin1(name)));
+        EXPECT_EQ(groupedNumber(0), QStringLiteral("0"));
+        EXPECT_EQ(groupedNumber(999), QStringLiteral("999"));
+        EXPECT_EQ(groupedNumber(-1234), QStringLiteral("-1") + narrowSpace + QStringLiteral("234"));
+        EXPECT_EQ(groupedNumber(-123), QStringLiteral("-123"));
+        EXPECT_EQ(groupedNumber(1234567), QStringLiteral("1") + narrowSpace + QStringLiteral("234") +
+                                              narrowSpace + QStringLiteral("567"));
+    }
+    QLocale::setDefault(before);
+}
+
+/// A real engine that floods, on the real clock.
+class EngineTabFlood : public EngineTabTest {
+  protected:
+    ProcessLauncher& processes() override { return launcher_; }
+    const FileTests& fileTests() override { return realFiles_; }
+    PosixProcessLauncher launcher_;
+    QtFileTests realFiles_;
+};
+
+TEST_F(EngineTabFlood, theWindowStaysUsableAndTheConsoleCurrent) {
+    const ScriptedEngine scripted({QStringLiteral("--flood-seconds=2"), QStringLiteral("--flood-rate=20000"),
+                                   QStringLiteral("--moves=e7e5")});
+    system.enginePaths = {scripted.path()};
+    engines->scanDefaultPaths();
+    const auto& all = engines->availableEngines();
+    engines->setSelectedBlackEngine(all.last());
+    QtTimeSource clock;
+    auto running =
+        std::make_unique<GameManager>(clock, *engines, sounds, [this](const EngineConfiguration& config) {
+            return std::make_unique<UCIEngineProcess>(config, launcher_, realFiles_);
+        });
+    RightPanelView view(*running, *engines, *loc, theme, exporter, clock);
+    view.resize(400, 900);
+    view.show();
+    view.setSelectedTab(1);
+    running->setGameMode(GameMode::humanVsEngine);
+    running->startNewGame();
+    running->handleSquareClick(*Square::fromText("e2"));
+    running->handleSquareClick(*Square::fromText("e4"));
+    auto* console = view.findChild<UciConsoleView*>();
+    const auto lastLine = [&] { return console->lines().value(console->lines().size() - 1); };
+    ASSERT_TRUE(pumpUntil([&] { return lastLine().contains(QStringLiteral("nodes 1")); }));
+    const int refreshes = console->refreshCount();
+    PaintWatch paints(console->viewport());
+    QElapsedTimer elapsed;
+    elapsed.start();
+    LoopGaps gaps;
+    ASSERT_TRUE(
+        pumpUntil([&] { return console->lines().contains(QStringLiteral("< bestmove e7e5")); }, 20000))
+        << utf8(lastLine());
+    const double seconds = static_cast<double>(elapsed.elapsed()) / 1000;
+    EXPECT_LE(console->refreshCount() - refreshes, 30 * seconds + 2);
+    EXPECT_LE(paints.count, 30 * seconds + 2);
+    RecordProperty("longestGapMs", std::to_string(gaps.quantile(1)));
+    RecordProperty("gap99Ms", std::to_string(gaps.quantile(0.99)));
+    EXPECT_LT(gaps.quantile(0.99), 100);
+    running.reset();
+}
+
+}  // namespace
+}  // namespace orlix::test
