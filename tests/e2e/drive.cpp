@@ -1,0 +1,155 @@
+// Drives the program without a person, for scripts/play-a-game and scripts/measure:
+//   drive play <program> <game.pgn>     plays a whole game against Stockfish at 0.1 s a move and saves it
+//   drive clock <program> <seconds>     the processor share of the program while a person's clock runs
+//   drive engines <program> <seconds>   the same while two engines play at one second a move
+//   drive picture <program> <file.png> <plies>  a picture of the window after some plies of a game
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <cstdio>
+#include <exception>
+
+#include "e2e/accessible_tree.h"
+#include "e2e/desktop.h"
+#include "e2e/played_application.h"
+#include "e2e/played_game.h"
+
+namespace {
+
+using namespace orlix;
+using namespace orlix::e2e;
+
+constexpr int settleMs = 3000;
+constexpr int mostPlies = 600;
+constexpr int oneSecond = 10;  // tenths
+
+void pause(int milliseconds) {
+    waitUntil([] { return false; }, milliseconds);
+}
+
+// User and system time of the process itself in seconds; its children are not in it.
+double processorSeconds(qint64 processId) {
+    QFile file(QStringLiteral("/proc/%1/stat").arg(processId));
+    if (!file.open(QIODevice::ReadOnly)) return 0;
+    const QByteArray text = file.readAll();
+    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+    constexpr int userTime = 11;  // counted after the name
+    return double(fields.value(userTime).toLongLong() + fields.value(userTime + 1).toLongLong()) /
+           double(sysconf(_SC_CLK_TCK));
+}
+
+void printShare(const PlayedApplication& application, int seconds) {
+    const double before = processorSeconds(application.processId());
+    QElapsedTimer timer;
+    timer.start();
+    pause(seconds * 1000);
+    const double used = processorSeconds(application.processId()) - before;
+    std::printf("%.3f\n", 100 * used * 1000 / double(timer.elapsed()));
+}
+
+QString resultText(const ChessBoard& board) {
+    const auto reason = board.gameEndReason();
+    if (!reason) return QStringLiteral("not over");
+    switch (reason->kind) {
+        case GameEndReason::Kind::checkmate:
+            return reason->winner == PieceColor::white ? QStringLiteral("White mates")
+                                                       : QStringLiteral("Black mates");
+        case GameEndReason::Kind::stalemate: return QStringLiteral("stalemate");
+        case GameEndReason::Kind::fiftyMoveRule: return QStringLiteral("draw by the fifty-move rule");
+        case GameEndReason::Kind::threefoldRepetition: return QStringLiteral("draw by repetition");
+        case GameEndReason::Kind::insufficientMaterial:
+            return QStringLiteral("draw by insufficient material");
+        case GameEndReason::Kind::timeout:
+        case GameEndReason::Kind::resignation: break;  // not a board's own ends
+    }
+    return QStringLiteral("over");
+}
+
+int play(Desktop& desktop, AccessibleTree& tree, const QString& program, const QString& pgn) {
+    PlayedApplication application(desktop, tree, program);
+    application.startGame(QStringLiteral("Player vs UCI Engine"), 1);
+    const ChessBoard board = playAgainstEngine(application, mostPlies, [](const MoveRecord& record) {
+        std::printf("%s ", record.san.c_str());
+        std::fflush(stdout);
+    });
+    const QString file = QFileInfo(pgn).absoluteFilePath();
+    QFile::remove(file);
+    application.savePgn(file);
+    if (movesReadByPgnExtract(file) != uciMoves(board))
+        throw std::runtime_error("the PGN holds another game");
+    application.closeWindow();
+    if (!waitUntil([&] { return application.processesLeft().isEmpty(); }, settleMs))
+        throw std::runtime_error("left running: " + application.processesLeft().join(u'\n').toStdString());
+    std::printf("\n%zu plies, %s; saved as %s\n", board.history.size(), qUtf8Printable(resultText(board)),
+                qUtf8Printable(file));
+    return 0;
+}
+
+int clockShare(Desktop& desktop, AccessibleTree& tree, const QString& program, int seconds) {
+    desktop.setAccessible(false);
+    const PlayedApplication application(desktop, tree, program);
+    pause(settleMs);
+    printShare(application, seconds);
+    return 0;
+}
+
+// The clicks are found by accessible names in one run and repeated in a second one, which is measured without
+// the cost of describing itself.
+int enginesShare(Desktop& desktop, AccessibleTree& tree, const QString& program, int seconds) {
+    {
+        PlayedApplication application(desktop, tree, program);
+        application.startGame(QStringLiteral("UCI Engine vs UCI Engine"), oneSecond);
+    }
+    const QList<QStringList> input = desktop.input();
+    desktop.setAccessible(false);
+    const PlayedApplication application(desktop, tree, program);
+    desktop.repeat(input);
+    const auto isStarted = [&] {
+        return application.sentLines().contains(QStringLiteral("go movetime 1000"));
+    };
+    if (!waitUntil(isStarted, settleMs)) throw std::runtime_error("the engines do not play");
+    pause(settleMs);
+    printShare(application, seconds);
+    return 0;
+}
+
+int picture(Desktop& desktop, AccessibleTree& tree, const QString& program, const QString& file, int plies) {
+    PlayedApplication application(desktop, tree, program);
+    application.startGame(QStringLiteral("Player vs UCI Engine"), 1);
+    playAgainstEngine(application, plies);
+    application.clickControl(QStringLiteral("Game State"));
+    pause(settleMs);
+    return application.windowPicture().save(file) ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString command = arguments.value(1);
+    if (arguments.size() < 4) {
+        std::fputs("usage: drive play|clock|engines|picture <program> <file or seconds> [plies]\n", stderr);
+        return 2;
+    }
+    try {
+        Desktop desktop;
+        AccessibleTree tree(desktop.busAddress());
+        const QString& program = arguments[2];
+        if (command == QLatin1String("play")) return play(desktop, tree, program, arguments[3]);
+        if (command == QLatin1String("clock"))
+            return clockShare(desktop, tree, program, arguments[3].toInt());
+        if (command == QLatin1String("engines"))
+            return enginesShare(desktop, tree, program, arguments[3].toInt());
+        if (command == QLatin1String("picture"))
+            return picture(desktop, tree, program, arguments[3], arguments.value(4).toInt());
+        std::fputs("unknown command\n", stderr);
+        return 2;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        return 1;
+    }
+}
