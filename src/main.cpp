@@ -10,6 +10,7 @@
 #include "l10n/sound_manager.h"
 #include "platform/posix/posix_process_launcher.h"
 #include "platform/posix/posix_quit_signals.h"
+#include "platform/qt/lean_memory.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_file_store.h"
 #include "platform/qt/qt_file_tests.h"
@@ -106,6 +107,7 @@ int main(int argc, char** argv) {
     // One look everywhere; named before the application exists, so that no system style is loaded first.
     QApplication::setStyle(new LeanStyle);
     QApplication application(argc, argv);
+    keepMemoryLean();
     QCoreApplication::setApplicationName(QStringLiteral("velmorandix-orlix"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLIX_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("velmorandix-orlix"));

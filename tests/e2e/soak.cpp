@@ -88,6 +88,7 @@ void Soak::checkAnswer() {
 void Soak::closeDialogs() {
     for (int attempt = 0; application_.hasDialog(); ++attempt) {
         if (attempt == mostAttempts) application_.fail("a dialog does not close on Escape");
+        application_.activateDialog();
         application_.desktop().press(QStringLiteral("Escape"));
         waitUntil([this] { return !application_.hasDialog(); }, 300);
         checkAnswer();
@@ -161,13 +162,18 @@ void Soak::startGame(const char* mode) {
 // One of the seats on the open page, if there is any, and one of the two engines that are always there.
 void Soak::chooseEngine() {
     const QList<QRect> pickers = application_.enginePickers();
-    if (pickers.isEmpty()) return;
+    const QList<int> rows = application_.engineRows();
+    const std::optional<QPoint> startButton = application_.control("btn_start_game");
+    if (pickers.isEmpty() || rows.isEmpty() || !startButton) return;
     const QRect picker = pickers[below(int(pickers.size()))];
-    if (picker.bottom() + 3 * listRowHeight > panel().bottom()) return;  // its list opens upwards
+    const int row = rows[below(int(rows.size()))];
+    // What the page has scrolled below the button is not on the screen; a list without room opens upwards.
+    if (picker.bottom() + listRowHeight > startButton->y()) return;
+    if (picker.bottom() + listMargin + application_.engineCount() * listRowHeight > panel().bottom()) return;
     application_.desktop().click(picker.center());
     checkAnswer();
     application_.desktop().click(
-        {picker.center().x(), picker.bottom() + listMargin + below(2) * listRowHeight + listRowHeight / 2});
+        {picker.center().x(), picker.bottom() + listMargin + row * listRowHeight + listRowHeight / 2});
     checkAnswer();
 }
 
@@ -223,6 +229,12 @@ void Soak::restoreEngines() {
     }
 }
 
+// A random click may find or remove engines of this machine; their rows shall not count as growth.
+void Soak::findEngines() {
+    openTab(4);
+    if (!clickControl("scan_engines")) application_.fail("no button to find engines");
+}
+
 // Everything that is built or read at its first use has been used once when this is through.
 void Soak::tour() {
     for (const bool isDark : {true, false}) {
@@ -235,6 +247,7 @@ void Soak::tour() {
     }
     openDialog("tab_export", "btn_save_pgn");
     openDialog("tab_engines", "add_engine");
+    findEngines();
     for (const char* mode : modes) {
         startGame(mode);
         for (int times = 0; times < 3; ++times)
@@ -290,6 +303,7 @@ void Soak::act() {
 // The same place each time, with no engine left: what is more than last time has been kept for nothing.
 void Soak::rest() {
     restoreEngines();
+    findEngines();
     isDark_ = false;
     application_.setDark(false);
     chooseLanguage(Language::english);

@@ -63,6 +63,7 @@ class Soak {
     void chooseLanguage(Language language);
     void openDialog(const char* tab, const char* button);
     void restoreEngines();
+    void findEngines();
     void tour();
     void rest();
     void takePicture() const;

@@ -173,15 +173,35 @@ void SoakedApplication::writeEngines(const QString& engine) {
     settings.setValue(QLatin1String(registryKey), QJsonDocument(records).toJson(QJsonDocument::Compact));
 }
 
-QStringList SoakedApplication::missingEngines() const {
+QStringList SoakedApplication::storedPaths() const {
     const QSettings settings(home_.filePath(QStringLiteral(".config/velmorandix-orlix/defaults.ini")),
                              QSettings::IniFormat);
     const QByteArray json = settings.value(QLatin1String(registryKey)).toByteArray();
-    QStringList missing = enginePaths_;
+    QStringList paths;
     const QJsonArray records = QJsonDocument::fromJson(json).array();
     for (const QJsonValue& record : records)
-        missing.removeAll(record.toObject().value(QLatin1String("executablePath")).toString());
+        paths << record.toObject().value(QLatin1String("executablePath")).toString();
+    return paths;
+}
+
+QStringList SoakedApplication::missingEngines() const {
+    const QStringList stored = storedPaths();
+    QStringList missing;
+    for (const QString& path : enginePaths_)
+        if (!stored.contains(path)) missing << path;
     return missing;
+}
+
+QList<int> SoakedApplication::engineRows() const {
+    const QStringList stored = storedPaths();
+    QList<int> rows;
+    for (int row = 0; row < stored.size(); ++row)
+        if (enginePaths_.contains(stored[row])) rows << row;
+    return rows;
+}
+
+int SoakedApplication::engineCount() const {
+    return static_cast<int>(storedPaths().size());
 }
 
 void SoakedApplication::writeColors(bool isDark) const {
@@ -243,6 +263,11 @@ QStringList SoakedApplication::otherProcesses() const {
 
 QStringList SoakedApplication::unknownMessages() const {
     return e2e::unknownMessages(contents(home_.filePath(QStringLiteral("messages"))), known_);
+}
+
+void SoakedApplication::activateDialog() const {
+    const QList<unsigned long> managed = windows_->managed();
+    if (managed.size() > 1) windows_->activate(managed.constLast());
 }
 
 int SoakedApplication::check() {

@@ -59,6 +59,9 @@ class SoakedApplication {
     const QRect& board() const { return board_; }
     /// Whether a dialog is open beside the window.
     bool hasDialog() const { return windows_->managed().size() > 1; }
+    /// Gives the newest dialog the keyboard: a window manager may leave it with the window when a click there
+    /// came before the dialog.
+    void activateDialog() const;
     /// Throws when the program has ended, does not answer within the limit, or wrote an unknown message.
     /// Returns the milliseconds until it answered.
     int check();
@@ -74,6 +77,9 @@ class SoakedApplication {
     void setDark(bool isDark) const;
     /// Paths of registered engines that the program's store does not hold any more.
     QStringList missingEngines() const;
+    /// Where the registered engines stand in the list of all, and how long that list is.
+    QList<int> engineRows() const;
+    int engineCount() const;
 
     /// Closes the window as its close button does and gives the exit code; nothing when it does not end.
     std::optional<int> close();
@@ -85,6 +91,7 @@ class SoakedApplication {
     void writeColors(bool isDark) const;
     QRect findBoard() const;
     std::optional<AccessibleNode> pickerNode();
+    QStringList storedPaths() const;
 
     Desktop& desktop_;
     AccessibleTree& tree_;

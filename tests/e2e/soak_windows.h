@@ -28,6 +28,8 @@ class SoakWindows {
     /// `limitMs`.
     std::optional<int> answerTime(unsigned long window, int limitMs);
 
+    /// Gives a window the keyboard, as a click on its title does.
+    void activate(unsigned long window);
     /// Asks for the end of a window as its close button does; the window manager is not needed for it.
     void askToClose(unsigned long window);
 
