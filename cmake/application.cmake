@@ -6,7 +6,7 @@ file(GLOB sounds CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/sounds/*.wav ${
   ${CMAKE_SOURCE_DIR}/resources/sounds/*.ogg)
 
 add_executable(${app} ${CMAKE_SOURCE_DIR}/src/main.cpp)
-target_link_libraries(${app} PRIVATE orlix_ui orlix_records orlix_engine orlix_game orlix_l10n orlix_platform
+target_link_libraries(${app} PRIVATE orlix_ui orlix_records orlix_engine orlix_game orlix_automatch orlix_l10n orlix_platform
   Qt6::Widgets)
 target_compile_definitions(${app} PRIVATE ORLIX_VERSION="${ORLIX_VERSION}" ORLIX_BUILD="${ORLIX_BUILD}"
   ORLIX_BUNDLE_IDENTIFIER="${ORLIX_BUNDLE_IDENTIFIER}" ORLIX_APP_NAME="${ORLIX_APP_NAME}")

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "automatch/automatch_manager.h"
 #include "engine/engine_manager.h"
 #include "engine/uci_engine_process.h"
 #include "game/game_manager.h"
@@ -89,6 +90,8 @@ int run(QApplication& application) {
         return std::make_unique<UCIEngineProcess>(config, launcher, fileTests);
     });
     GameManager::registerShared(&game);
+    AutomatchManager automatch(time, game, engines, sounds);
+    AutomatchManager::registerShared(&automatch);
     PGNExporter exporter(dialogs, fileStore, pasteboard);
 
     AppDelegate delegate;
