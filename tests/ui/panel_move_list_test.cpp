@@ -202,7 +202,8 @@ TEST_F(PanelMoveList, ofAGameOfSixHundredPliesOnlyTheRowsInSightArePainted) {
             }
             EXPECT_LT(inSight.size(), 60);
             const TextDraws draws(*list()->viewport());
-            EXPECT_EQ(draws.texts().filter(QStringLiteral("N")), inSight) << plies << " plies, scrolled by " << scrolled;
+            EXPECT_EQ(draws.texts().filter(QStringLiteral("N")), inSight)
+                << plies << " plies, scrolled by " << scrolled;
             EXPECT_LT(draws.texts().size(), 4 * inSight.size()) << "a number has three digits at most";
         }
     }
