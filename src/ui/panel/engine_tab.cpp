@@ -54,9 +54,9 @@ class ConsoleFrame : public QWidget {
 EngineTab::EngineTab(const PanelContext& context, QWidget* parent)
     : QWidget(parent),
       context_(context),
-      analysis_(new AnalysisCard(context)),
-      strength_(new LiveEloEditor(context)),
-      consoleHead_(new SectionHead(Icon::terminal, context.theme)),
+      analysis_(new AnalysisCard(context, this)),
+      strength_(new LiveEloEditor(context, this)),
+      consoleHead_(new SectionHead(Icon::terminal, context.theme, this)),
       copy_(new PanelButton(PanelButton::Look::onCard, PanelButton::Arrangement::row, context.theme)),
       sides_(new ChoiceGroup(ChoiceGroup::Layout::segments, 2, context.theme)),
       console_(nullptr) {
