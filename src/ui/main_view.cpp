@@ -13,6 +13,7 @@
 #include "ui/board_view.h"
 #include "ui/engine_notice_view.h"
 #include "ui/evaluation_bar_view.h"
+#include "ui/keyboard_order.h"
 #include "ui/main_layout.h"
 #include "ui/move_stepping.h"
 #include "ui/right_panel_view.h"
@@ -109,6 +110,11 @@ void MainView::paintEvent(QPaintEvent*) {
 void MainView::keyPressEvent(QKeyEvent* event) {
     const bool isInText = qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr;
     if (isInText || !stepThroughGame(game_, *event)) QWidget::keyPressEvent(event);
+}
+
+// Tabs and rows are built when they are needed: the order of building says nothing about where they stand.
+bool MainView::focusNextPrevChild(bool next) {
+    return moveKeyboardFocus(*this, next);
 }
 
 void MainView::layOutChildren() {

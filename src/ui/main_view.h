@@ -49,6 +49,7 @@ class MainView : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
   private:
     /// One banner and what it shows; the captured pieces are found only when the game changes.

@@ -98,7 +98,11 @@ QWidget* RightPanelView::Impl::makePage(int index) {
 void RightPanelView::Impl::select(int index) {
     if (index < 0 || index >= tabCount) return;
     auto& page = pages_[static_cast<std::size_t>(index)];
-    if (!page) page = makePage(index);
+    if (!page) {
+        page = makePage(index);
+        // Assistive technology reads the parts in their stacking order.
+        page->stackUnder(bottom_);
+    }
     state_.selectedTab = index;
     tabs_->setCurrentIndex(index);
     arrange();

@@ -1,6 +1,11 @@
 #include <QAccessible>
+#include <algorithm>
 
 #include "shell_fixture.h"
+#include "ui/engine_notice_view.h"
+#include "ui/panel/bottom_bar.h"
+#include "ui/panel/panel_header.h"
+#include "ui/panel/tab_bar.h"
 #include "ui/player_banner_view.h"
 #include "ui/right_panel_view.h"
 
@@ -105,6 +110,117 @@ TEST_F(MainAccessibility, tabReachesTheBoardAndLeavesItAgain) {
     EXPECT_TRUE(find<BoardView>()->showsCursor());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_FALSE(find<BoardView>()->hasFocus());
+}
+
+/// Where Tab stops, from the board once round.
+class KeyboardWay : public test::ShellTest {
+  protected:
+    QList<QWidget*> walk(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QList<QWidget*> stops;
+        QWidget* board = find<BoardView>();
+        board->setFocus();
+        do {
+            stops.append(QApplication::focusWidget());
+            QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+        } while (QApplication::focusWidget() && QApplication::focusWidget() != board && stops.size() < 100);
+        return stops;
+    }
+    /// Which part of the window `stop` belongs to, from the first to be read.
+    int part(const QWidget* stop) const {
+        if (stop == find<BoardView>()) return 0;
+        if (find<EngineNoticeView>()->isAncestorOf(stop)) return 1;
+        if (find<PanelHeader>()->isAncestorOf(stop)) return 2;
+        if (find<TabBar>()->isAncestorOf(stop)) return 3;
+        return find<BottomBar>()->isAncestorOf(stop) ? 5 : 4;
+    }
+    std::string describe(const QWidget* stop) const {
+        return (stop->accessibleName() + u' ' + stop->objectName()).toStdString();
+    }
+};
+
+TEST_F(KeyboardWay, goesAsTheWindowIsReadOnEveryTab) {
+    installEngine();
+    showWindowForTwoPeople();
+    game->setGameMode(GameMode::humanVsEngine);
+    game->startNewGame();
+    auto* panel = find<RightPanelView>();
+    for (const int tab : {0, 1, 2, 3, 4, 5, 4, 3, 1, 0}) {
+        panel->setSelectedTab(tab);
+        // What comes into a tab later stands in its place too.
+        if (tab == 4) engines->scanDefaultPaths();
+        QCoreApplication::processEvents();
+        const QList<QWidget*> stops = walk(Qt::Key_Tab);
+        ASSERT_LT(stops.size(), 100);
+        for (qsizetype index = 1; index < stops.size(); ++index) {
+            const QWidget* before = stops[index - 1];
+            const QWidget* stop = stops[index];
+            ASSERT_LE(part(before), part(stop)) << tab << ": " << describe(before) << ", " << describe(stop);
+            if (part(before) != 4 || part(stop) != 4) continue;
+            const QRect above(before->mapTo(panel, QPoint()), before->size());
+            const QRect below(stop->mapTo(panel, QPoint()), stop->size());
+            EXPECT_TRUE(above.center().y() < below.top() || above.right() < below.left())
+                << tab << ": " << describe(before) << ", " << describe(stop);
+        }
+        QList<QWidget*> back = walk(Qt::Key_Tab, Qt::ShiftModifier);
+        std::reverse(back.begin() + 1, back.end());
+        EXPECT_EQ(back, stops) << tab;
+    }
+}
+
+TEST_F(KeyboardWay, leadsToTheNoticeOnTheBoardBeforeThePanel) {
+    showWindow();
+    ASSERT_TRUE(find<EngineNoticeView>()->isVisible());
+    const QList<QWidget*> stops = walk(Qt::Key_Tab);
+    ASSERT_GT(stops.size(), 3);
+    EXPECT_EQ(part(stops[1]), 1);
+    EXPECT_EQ(part(stops[2]), 1);
+    EXPECT_EQ(part(stops[3]), 2);
+}
+
+TEST_F(KeyboardWay, leavesOutWhatIsDisabled) {
+    showWindowForTwoPeople();
+    auto* resign = window->findChild<QWidget*>(QStringLiteral("resignGame"));
+    EXPECT_TRUE(walk(Qt::Key_Tab).contains(resign));
+    game->resign(PieceColor::white);
+    EXPECT_FALSE(walk(Qt::Key_Tab).contains(resign));
+}
+
+TEST_F(KeyboardWay, beginsAtTheBoardAndBackwardsAtTheEnd) {
+    showWindowForTwoPeople();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(find<BoardView>()->hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("newGame"));
+}
+
+TEST_F(KeyboardWay, bringsWhatItReachesIntoSight) {
+    showWindowForTwoPeople();
+    window->resize(MainView::smallestSize);
+    auto* panel = find<RightPanelView>();
+    game->setGameMode(GameMode::engineVsEngine);
+    for (const QString& path :
+         {QStringLiteral("/engines/a"), QStringLiteral("/engines/b"), QStringLiteral("/engines/c"),
+          QStringLiteral("/engines/d"), QStringLiteral("/engines/e"), QStringLiteral("/engines/f")}) {
+        fileTests.executables.insert(path);
+        system.enginePaths.append(path);
+    }
+    engines->scanDefaultPaths();
+    panel->setSelectedTab(4);
+    QCoreApplication::processEvents();
+    const auto isInSight = [](const QWidget* control) {
+        return control->visibleRegion().boundingRect() == control->rect();
+    };
+    const QList<QWidget*> way = walk(Qt::Key_Tab);
+    ASSERT_TRUE(std::any_of(way.begin(), way.end(), [&](const QWidget* stop) { return !isInSight(stop); }));
+    // Backwards the list is entered from outside, at its far end.
+    for (const bool forward : {true, false}) {
+        find<BoardView>()->setFocus();
+        for (qsizetype step = 0; step < way.size(); ++step) {
+            EXPECT_TRUE(isInSight(QApplication::focusWidget())) << describe(QApplication::focusWidget());
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab,
+                            forward ? Qt::NoModifier : Qt::ShiftModifier);
+        }
+    }
 }
 
 }  // namespace

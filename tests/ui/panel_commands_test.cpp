@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QSignalSpy>
 
 #include "l10n/extra_texts.h"
@@ -119,6 +120,44 @@ TEST_F(PanelCommands, tabsShowTheirPageAndAreBuiltWhenFirstShown) {
     EXPECT_EQ(panel->selectedTab(), 0);
     EXPECT_TRUE(panel->findChild<MoveListView*>()->isVisible());
     EXPECT_FALSE(panel->findChild<NewGameTab*>()->isVisible());
+}
+
+TEST_F(PanelCommands, aTabIsBuiltWithoutAWindowOfItsOwnInBetween) {
+    class WindowWatch : public QObject {
+      public:
+        WindowWatch() { qApp->installEventFilter(this); }
+        QStringList shown;
+        bool eventFilter(QObject* watched, QEvent* event) override {
+            const auto* widget = qobject_cast<QWidget*>(watched);
+            const bool isShown = event->type() == QEvent::Show && widget && widget->isWindow();
+            if (isShown) shown.append(QString::fromLatin1(widget->metaObject()->className()));
+            return false;
+        }
+    };
+    game->setGameMode(GameMode::engineVsEngine);
+    game->startNewGame();
+    ASSERT_TRUE(game->whiteEngineProcess() && game->blackEngineProcess());
+    WindowWatch watch;
+    for (int index = 0; index < RightPanelView::tabCount; ++index)
+        panel->setSelectedTab(index);
+    EXPECT_TRUE(watch.shown.isEmpty()) << utf8(watch.shown.join(u' '));
+    EXPECT_TRUE(panel->isActiveWindow());
+}
+
+TEST_F(PanelCommands, assistiveTechnologyReadsTheTabBeforeTheBottomBar) {
+    const QAccessibleInterface* read = QAccessible::queryAccessibleInterface(panel.get());
+    for (int index = 0; index < RightPanelView::tabCount; ++index) {
+        panel->setSelectedTab(index);
+        int place = 0;
+        int bottomPlace = 0;
+        for (int child = 0; child < read->childCount(); ++child) {
+            const auto* part = qobject_cast<QWidget*>(read->child(child)->object());
+            if (qobject_cast<const BottomBar*>(part)) bottomPlace = child;
+            if (part->isVisible() && !qobject_cast<const BottomBar*>(part)) place = child;
+        }
+        EXPECT_GT(place, 1) << index;
+        EXPECT_GT(bottomPlace, place) << index;
+    }
 }
 
 TEST_F(PanelCommands, anIndexThatNoTabHasIsIgnored) {
