@@ -22,7 +22,7 @@ Shares sharesOf(const MatchScore& score) {
 
 std::optional<double> differenceAt(double points) {
     if (!(points > 0 && points < 1)) return std::nullopt;
-    return -400 * std::log10(1 / points - 1);
+    return 400 * std::log10(points / (1 - points));  // 0 without a sign at one half
 }
 
 }  // namespace
