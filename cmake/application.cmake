@@ -35,7 +35,8 @@ else()
   if(sounds)
     install(FILES ${sounds} DESTINATION ${CMAKE_INSTALL_DATADIR}/${app}/sounds)
   endif()
-  install(FILES ${CMAKE_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${app})
+  install(FILES ${CMAKE_SOURCE_DIR}/LICENSE RENAME copyright # as Debian calls it
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${app})
 endif()
 
 # Draws the icon's PNG files for scripts/make-icons; they are kept in the repository.

@@ -43,7 +43,7 @@ TEST_F(InstalledProgram, bringsWhatADesktopNeeds) {
          {"bin/velmorandix-orlix", "share/applications/velmorandix-orlix.desktop",
           "share/icons/hicolor/scalable/apps/velmorandix-orlix.svg",
           "share/icons/hicolor/16x16/apps/velmorandix-orlix.png",
-          "share/icons/hicolor/512x512/apps/velmorandix-orlix.png", "share/doc/velmorandix-orlix/LICENSE"})
+          "share/icons/hicolor/512x512/apps/velmorandix-orlix.png", "share/doc/velmorandix-orlix/copyright"})
         EXPECT_TRUE(QFile::exists(installed(path))) << path;
     EXPECT_EQ(QDir(installed("share/velmorandix-orlix/sounds")).entryList(QDir::Files).size(), 4);
 }
