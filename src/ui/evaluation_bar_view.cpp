@@ -49,6 +49,9 @@ class EvaluationBarView::Impl {
     qreal ratio() const { return view.devicePixelRatioF(); }
     bool hasWhiteText() const { return target < 0.5; }
 
+    void describe() {
+        view.setAccessibleName(caption.isEmpty() ? label : caption + QStringLiteral(": ") + label);
+    }
     void moveTo(double fraction);
     void show(double fraction);
     void advance();
@@ -59,6 +62,7 @@ class EvaluationBarView::Impl {
     EvaluationBarView& view;
     QFont font;
     QString label = QStringLiteral("0.00");
+    QString caption;
     bool isFlipped = false;
     bool isAnimated = true;
     double target = 0.5;  ///< the light segment's share of the height
@@ -146,7 +150,7 @@ EvaluationBarView::EvaluationBarView(QWidget* parent)
     : QWidget(parent), impl_(std::make_unique<Impl>(*this)) {
     setFixedWidth(barWidth);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
-    setAccessibleName(impl_->label);
+    impl_->describe();
 }
 
 EvaluationBarView::~EvaluationBarView() = default;
@@ -168,7 +172,12 @@ void EvaluationBarView::setValues(const EngineEvaluation& evaluation, PieceColor
     } else {
         return;
     }
-    setAccessibleName(label);
+    impl_->describe();
+}
+
+void EvaluationBarView::setCaption(const QString& caption) {
+    impl_->caption = caption;
+    impl_->describe();
 }
 
 void EvaluationBarView::setAnimated(bool animated) {

@@ -18,6 +18,8 @@ class EvaluationBarView : public QWidget {
 
     /// `turn` is the side to move of the evaluated position. Repaints only when the picture differs.
     void setValues(const EngineEvaluation& evaluation, PieceColor turn, bool isFlipped);
+    /// What assistive technology calls the score, in the interface's language.
+    void setCaption(const QString& caption);
     void setAnimated(bool animated);  ///< false: heights change at once
 
     QSize sizeHint() const override;

@@ -66,7 +66,9 @@ MainView::MainView(const Collaborators& with, QWidget* parent)
     connect(&game_, &GameManager::enginesChanged, this, [this] { showGame(); });
     connect(&game_, &GameManager::liveEvaluationChanged, this, &MainView::showEvaluation);
     connect(&game_.clock(), &ChessClock::changed, this, &MainView::showClock);
-    connect(&loc_, &LocalizationManager::changed, this, [this] { showGame(); });
+    const auto nameBar = [this] { evaluationBar_->setCaption(loc_.text(ExtraText::evaluation)); };
+    nameBar();
+    connect(&loc_, &LocalizationManager::changed, this, nameBar);
     connect(&theme_, &Theme::changed, this, qOverload<>(&MainView::update));
     connect(notice_, &EngineNoticeView::sizeChanged, this, &MainView::layOutChildren);
     showGame();

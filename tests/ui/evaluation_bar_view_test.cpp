@@ -171,6 +171,10 @@ TEST_F(EvaluationBarTest, theScoreIsReadByAssistiveTechnology) {
     EXPECT_EQ(bar_.accessibleName(), QStringLiteral("-M4"));
     bar_.setValues(centipawns(-120), PieceColor::black, false);
     EXPECT_EQ(bar_.accessibleName(), QStringLiteral("-1.20"));
+    bar_.setCaption(QStringLiteral("Evaluation"));
+    EXPECT_EQ(bar_.accessibleName(), QStringLiteral("Evaluation: -1.20"));
+    bar_.setValues(centipawns(35), PieceColor::white, false);
+    EXPECT_EQ(bar_.accessibleName(), QStringLiteral("Evaluation: +0.35"));
 }
 
 TEST_F(EvaluationBarTest, everyScoreFitsOnThePlate) {

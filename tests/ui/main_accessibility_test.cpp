@@ -3,6 +3,7 @@
 
 #include "shell_fixture.h"
 #include "ui/engine_notice_view.h"
+#include "ui/evaluation_bar_view.h"
 #include "ui/panel/bottom_bar.h"
 #include "ui/panel/panel_header.h"
 #include "ui/panel/tab_bar.h"
@@ -97,6 +98,14 @@ TEST_F(MainAccessibility, theBannersReadTheirClocksWhenAsked) {
     EXPECT_EQ(texts(), (QStringList{QStringLiteral("Player 1, 5:00"), QStringLiteral("Player 2, 5:00")}));
     time.advance(std::chrono::seconds(61));
     EXPECT_EQ(texts(), (QStringList{QStringLiteral("Player 1, 3:59"), QStringLiteral("Player 2, 5:00")}));
+}
+
+TEST_F(MainAccessibility, theScoreIsNamedInTheChosenLanguage) {
+    showWindowForTwoPeople();
+    const auto* bar = QAccessible::queryAccessibleInterface(find<EvaluationBarView>());
+    EXPECT_EQ(bar->text(QAccessible::Name), QStringLiteral("Evaluation: 0.00"));
+    loc.setCurrentLanguage(Language::german);
+    EXPECT_EQ(bar->text(QAccessible::Name), QStringLiteral("Bewertung: 0.00"));
 }
 
 TEST_F(MainAccessibility, tabReachesTheBoardAndLeavesItAgain) {
