@@ -23,7 +23,7 @@ TEST(ExtraTexts, everyCaseHasACleanTextInEveryLanguage) {
 }
 
 TEST(ExtraTexts, placesForValuesAreTheSameInEveryLanguage) {
-    const QLatin1String places[] = {QLatin1String("%1"), QLatin1String("%2")};
+    const QLatin1String places[] = {QLatin1String("%1"), QLatin1String("%2"), QLatin1String("%3")};
     for (const Language language : allLanguages) {
         for (int index = 0; index < extraTextCount; ++index) {
             const auto id = static_cast<ExtraText>(index);

@@ -262,6 +262,8 @@ TEST_F(EnginesTabFiles, aWorkingEngineIsAddedUnderItsOwnName) {
 
 TEST(EngineAddError, withoutATextIsTheFixedSentence) {
     EXPECT_EQ(engineAddErrorText(std::nullopt), QStringLiteral("Unknown error adding engine."));
+    EXPECT_EQ(engineAddErrorText(QString()), QStringLiteral("Unknown error adding engine."));
+    EXPECT_EQ(engineAddErrorText(QStringLiteral(" ")), QStringLiteral("Unknown error adding engine."));
     EXPECT_EQ(engineAddErrorText(QStringLiteral("No.")), QStringLiteral("No."));
 }
 

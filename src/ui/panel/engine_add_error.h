@@ -8,7 +8,8 @@ namespace orlix {
 
 /// `error` itself, or the fixed sentence where there is none; the same in every language.
 inline QString engineAddErrorText(const std::optional<QString>& error) {
-    return error.value_or(QStringLiteral("Unknown error adding engine."));
+    const bool hasText = error && !error->trimmed().isEmpty();
+    return hasText ? *error : QStringLiteral("Unknown error adding engine.");
 }
 
 }  // namespace orlix

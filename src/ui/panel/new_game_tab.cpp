@@ -384,9 +384,9 @@ void NewGameTab::showThinking() {
     moveTime_->update();
     depth_->update();
     thinkingCaption_->setText(context_.loc.text(isTime ? "engine_fixed_movetime" : "fixed_depth"));
-    thinkingValue_->setText(
-        isTime ? QString::number(state_.fixedMoveTimeSeconds, 'f', 1) + QStringLiteral(" s")
-               : QStringLiteral("Tiefe: ") + QString::number(qRound64(state_.fixedSearchDepth)));
+    thinkingValue_->setText(isTime ? QString::number(state_.fixedMoveTimeSeconds, 'f', 1)
+                                   : QStringLiteral("Tiefe: ") +
+                                         QString::number(qRound64(state_.fixedSearchDepth)));
     dropCachedSizes();
 }
 
