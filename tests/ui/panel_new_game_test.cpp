@@ -3,6 +3,7 @@
 #include <QScrollBar>
 
 #include "panel_fixture.h"
+#include "support/event_pump.h"
 #include "ui/controls/card.h"
 #include "ui/controls/picker_button.h"
 #include "ui/controls/stepper.h"
@@ -347,7 +348,7 @@ TEST_F(PanelNewGame, theOpponentGoesIntoTheSeatOfTheEnginesColour) {
     // The registry's own record is not touched.
     EXPECT_FALSE(engineAt(1).limitElo);
     time.runDue();
-    EXPECT_TRUE(QTest::qWaitFor([this] {
+    EXPECT_TRUE(pumpUntil([this] {
         return launcher.heard(gnuchess).contains(QStringLiteral("setoption name UCI_Elo value 2200"));
     }));
 }
@@ -567,7 +568,7 @@ TEST_F(PanelWithoutEngines, theEngineCardSaysSoAndAddsOne) {
     files.executables.insert(QStringLiteral("/opt/kestrel"));
     addEngine();
     dialogs.answer(QStringLiteral("/opt/kestrel"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !engines->availableEngines().isEmpty(); }));
+    ASSERT_TRUE(pumpUntil([this] { return !engines->availableEngines().isEmpty(); }));
     EXPECT_EQ(panel->toastMessage(), QStringLiteral("Kestrel has been added."));
     EXPECT_EQ(engines->selectedWhiteEngine(), engineAt(0));
     EXPECT_EQ(engines->selectedBlackEngine(), engineAt(0));
@@ -591,7 +592,7 @@ TEST_F(PanelWithoutEngines, aFileThatIsNoEngineIsReportedInAnAlert) {
     addEngine();
     dialogs.answer(QStringLiteral("/opt/notes.txt"));
     QWidget* alert = nullptr;
-    ASSERT_TRUE(QTest::qWaitFor([&] {
+    ASSERT_TRUE(pumpUntil([&] {
         alert = panel->findChild<QWidget*>(QStringLiteral("engineAddAlert"));
         return alert != nullptr;
     }));

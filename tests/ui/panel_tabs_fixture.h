@@ -4,6 +4,7 @@
 
 #include "panel_fixture.h"
 #include "shell.h"
+#include "support/event_pump.h"
 #include "ui/controls/text_label.h"
 
 namespace orlix::test {
@@ -45,13 +46,11 @@ class PanelTabsTest : public testing::Test {
 
     /// Lets queued work happen, in real and in fake time, until `condition` holds.
     template <typename Condition>
-    bool eventually(Condition condition, int limitMs = 10000) {
-        return QTest::qWaitFor(
-            [&] {
-                time.advance(10ms);
-                return condition();
-            },
-            limitMs);
+    bool eventually(Condition condition) {
+        return pumpUntil([&] {
+            time.advance(10ms);
+            return condition();
+        });
     }
     /// Lets what the engines said arrive and be shown.
     void settle() {

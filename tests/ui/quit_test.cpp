@@ -12,7 +12,7 @@ class Quit : public test::ShellTest {
     static int runEventLoop() {
         QTimer limit;
         QObject::connect(&limit, &QTimer::timeout, qApp, [] { QCoreApplication::exit(-1); });
-        limit.start(5000);
+        limit.start(patienceMs);
         return QApplication::exec();
     }
 };

@@ -16,6 +16,7 @@
 #include "platform/child_process.h"
 #include "platform/file_tests.h"
 #include "records/pgn_exporter.h"
+#include "support/event_pump.h"
 #include "support/fake_defaults_store.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_file_store.h"
@@ -193,12 +194,10 @@ struct Shell {
     /// Lets queued work and what it queues happen, in real and in fake time.
     template <typename Condition>
     bool eventually(Condition condition) {
-        return QTest::qWaitFor(
-            [&] {
-                time.runDue();
-                return condition();
-            },
-            5000);
+        return pumpUntil([&] {
+            time.runDue();
+            return condition();
+        });
     }
 };
 
