@@ -15,7 +15,7 @@ constexpr const char* accessibleInterface = "org.a11y.atspi.Accessible";
 constexpr const char* componentInterface = "org.a11y.atspi.Component";
 constexpr const char* valueInterface = "org.a11y.atspi.Value";
 constexpr int showingStateBit = 25;  // ATSPI_STATE_SHOWING
-constexpr int callLimitMs = 5000;
+constexpr int callLimitMs = 30000;
 constexpr int deepest = 30;
 
 QString text(const char* latin1) {

@@ -13,7 +13,7 @@ namespace orlix::e2e {
 
 namespace {
 
-constexpr int startLimitMs = 20000;
+constexpr int startLimitMs = 60000;
 constexpr int repeatPauseMs = 300;  // a repeated click finds nothing to wait for
 
 // The first line that a starting helper writes; throws when none comes.

@@ -16,8 +16,8 @@ namespace orlix::e2e {
 
 namespace {
 
-constexpr int windowLimitMs = 30000;
-constexpr int controlLimitMs = 5000;
+constexpr int windowLimitMs = 60000;
+constexpr int controlLimitMs = 60000;
 constexpr int mostWheelSteps = 30;
 constexpr int lastMoveTolerance = 3;
 

@@ -14,8 +14,8 @@ namespace orlix::e2e {
 
 namespace {
 
-constexpr int confirmLimitMs = 5000;
-constexpr int answerLimitMs = 15000;
+constexpr int confirmLimitMs = 60000;
+constexpr int answerLimitMs = 60000;
 
 // White's material after Black's best capture in reply, in pawns; a mate that Black has is worse than all.
 std::int64_t worstMaterial(const ChessBoard& board) {

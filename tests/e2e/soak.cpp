@@ -11,9 +11,9 @@ namespace orlix::e2e {
 namespace {
 
 constexpr int panelWidth = 400;
-constexpr int settleMs = 12000;  // the longest that an engine which ignores everything may take to end
+constexpr int settleMs = 60000;  // an engine which ignores everything is killed long before
 constexpr int threadIdleMs = 40000;
-constexpr int dialogLimitMs = 5000;
+constexpr int dialogLimitMs = 30000;
 constexpr int engineAddedLimitMs = 9000;
 constexpr int mostAttempts = 20;
 constexpr int picturePeriod = 40;  // actions
@@ -36,9 +36,11 @@ std::string kib(qint64 count) {
 SoakPlan SoakPlan::brief() {
     SoakPlan plan;
     plan.minutes = 2;
+    plan.leastActions = 60;
     plan.warmUpSeconds = 30;
     plan.quietEverySeconds = 25;
     plan.growthKib = 8192;
+    plan.answerLimitMs = 30000;
     return plan;
 }
 
@@ -82,7 +84,7 @@ QRect Soak::panel() const {
 }
 
 void Soak::checkAnswer() {
-    longestAnswerMs_ = std::max(longestAnswerMs_, application_.check());
+    longestAnswerMs_ = std::max(longestAnswerMs_, application_.check(plan_.answerLimitMs));
 }
 
 void Soak::closeDialogs() {
@@ -358,7 +360,7 @@ void Soak::run() {
     tour();
     double restAt = 0;
     const double end = plan_.minutes * 60;
-    for (double now = 0; now < end; now = double(clock_.elapsed()) / 1000) {
+    for (double now = 0; now < end || actions_ < plan_.leastActions; now = double(clock_.elapsed()) / 1000) {
         if (now >= restAt) {
             rest();
             restAt = double(clock_.elapsed()) / 1000 + plan_.quietEverySeconds;

@@ -15,13 +15,16 @@ namespace orlix::e2e {
 
 struct SoakPlan {
     double minutes = 30;
+    int leastActions = 0;  ///< on a slow machine it goes on for these
     unsigned seed = 1;
     int warmUpSeconds = 300;  ///< after which nothing may grow
     int quietEverySeconds = 60;
-    qint64 growthKib = 2048;  ///< that the memory of its own may grow after the warm-up
-    QString pictures;         ///< folder for pictures of the screen on the way; empty for none
+    qint64 growthKib = 2048;   ///< that the memory of its own may grow after the warm-up
+    int answerLimitMs = 2000;  ///< that the window may take to answer
+    QString pictures;          ///< folder for pictures of the screen on the way; empty for none
 
-    /// The form of a test: two minutes, and a bound that knows that half a minute warms less.
+    /// The form of a test: two minutes, and bounds that know that half a minute warms less and
+    /// that the machine may be slow.
     static SoakPlan brief();
 };
 

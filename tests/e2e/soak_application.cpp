@@ -17,8 +17,8 @@ namespace orlix::e2e {
 
 namespace {
 
-constexpr int windowLimitMs = 30000;
-constexpr int closeLimitMs = 6000;
+constexpr int windowLimitMs = 60000;
+constexpr int closeLimitMs = 30000;
 constexpr const char* registryKey = "Velmorandix_InstalledEngines";
 
 // A new fault at each start, in the same order in every run. The two engines are at different places of it,
@@ -227,7 +227,7 @@ void SoakedApplication::setDark(bool isDark) const {
          QStringLiteral("org.freedesktop.portal.Settings.SettingChanged"),
          QStringLiteral("string:org.kde.kdeglobals.General"), QStringLiteral("string:ColorScheme"),
          QStringLiteral("variant:string:") + (isDark ? QStringLiteral("Dark") : QStringLiteral("Light"))});
-    if (!signal.waitForFinished(5000) || signal.exitCode() != 0)
+    if (!signal.waitForFinished(30000) || signal.exitCode() != 0)
         throw std::runtime_error("the system's colours cannot be announced");
 }
 
@@ -270,7 +270,7 @@ void SoakedApplication::activateDialog() const {
     if (managed.size() > 1) windows_->activate(managed.constLast());
 }
 
-int SoakedApplication::check() {
+int SoakedApplication::check(int answerLimitMs) {
     const std::optional<int> answer = windows_->answerTime(mainWindow_, answerLimitMs);
     process_.waitForFinished(0);
     const QString said = unknownMessages().join(u'\n');

@@ -36,8 +36,6 @@ QStringList messageList(const QByteArray& file);
 
 class SoakedApplication {
   public:
-    static constexpr int answerLimitMs = 2000;
-
     /// `engine` is the scripted engine. Throws std::runtime_error when the program shows no board.
     SoakedApplication(Desktop& desktop, AccessibleTree& tree, const QString& program, const QString& engine);
     ~SoakedApplication();
@@ -64,7 +62,7 @@ class SoakedApplication {
     void activateDialog() const;
     /// Throws when the program has ended, does not answer within the limit, or wrote an unknown message.
     /// Returns the milliseconds until it answered.
-    int check();
+    int check(int answerLimitMs);
 
     /// The control with the text of `key` in any language; the topmost on the screen when there are several.
     std::optional<QPoint> control(const char* key);
