@@ -44,14 +44,10 @@ bool EngineOutput::handOver() {
 }
 
 void EngineOutput::takeAll(std::deque<Event>& events) {
+    Q_ASSERT(events.empty());
     {
         const std::lock_guard lock(mutex_);
-        if (events.empty()) {
-            events.swap(pending_);
-        } else {
-            std::move(pending_.begin(), pending_.end(), std::back_inserter(events));
-        }
-        pending_.clear();
+        events.swap(pending_);
         bytesPending_ = 0;
         isAnnounced_ = false;
     }

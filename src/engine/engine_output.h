@@ -35,7 +35,7 @@ class EngineOutput {
     /// pipe instead of in memory; a call from the taking thread itself never waits.
     void receive(const QByteArray& chunk);
 
-    /// Moves everything that waits to the end of `events`.
+    /// Moves everything that waits into `events`, which is empty before.
     void takeAll(std::deque<Event>& events);
 
     /// Drops what waits and everything still to come, and wakes a waiting `receive`.
