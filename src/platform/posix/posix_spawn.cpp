@@ -108,20 +108,25 @@ bool setNonBlocking(int fd) {
     return flags >= 0 && fcntl(fd, F_SETFL, flags | O_NONBLOCK) == 0;
 }
 
-SpawnedChild spawnChild(const std::string& path, const std::vector<std::string>& arguments) {
+SpawnedChild spawnChild(const std::string& path, const std::vector<std::string>& arguments,
+                        ErrorPipe errorPipe) {
     SpawnedChild child;
     UniqueFd input[2];
     UniqueFd output[2];
-    // Only our ends: the child's stay as ordinary programs expect them.
-    if (!makePipe(input) || !makePipe(output) || !setNonBlocking(input[1].get()) ||
-        !setNonBlocking(output[0].get())) {
+    UniqueFd errors[2];
+    // Only our ends do not wait: the child's stay as ordinary programs expect them.
+    const auto makeReadingPipe = [](UniqueFd(&ends)[2]) {
+        return makePipe(ends) && setNonBlocking(ends[0].get());
+    };
+    if (!makePipe(input) || !setNonBlocking(input[1].get()) || !makeReadingPipe(output) ||
+        (errorPipe == ErrorPipe::own && !makeReadingPipe(errors))) {
         child.error = errno;
         return child;
     }
     FileActions actions;
     actions.duplicate(input[0].get(), STDIN_FILENO);
     actions.duplicate(output[1].get(), STDOUT_FILENO);
-    actions.duplicate(output[1].get(), STDERR_FILENO);
+    actions.duplicate(errorPipe == ErrorPipe::own ? errors[1].get() : output[1].get(), STDERR_FILENO);
     actions.closeAllOthers();
     const Attributes attributes;
     child.error = actions.error() != 0 ? actions.error() : attributes.error();
@@ -139,6 +144,7 @@ SpawnedChild spawnChild(const std::string& path, const std::vector<std::string>&
     }
     child.input = std::move(input[1]);
     child.output = std::move(output[0]);
+    child.errors = std::move(errors[0]);
     return child;
 }
 

@@ -1,5 +1,5 @@
-// Starts a child program in a process group of its own, with two pipes and no other descriptor of ours, with
-// default signal dispositions and an empty signal mask. Pure function over the system; any thread.
+// Starts a child program in a process group of its own, with two or three pipes and no other descriptor of
+// ours, with default signal dispositions and an empty signal mask. Pure function over the system; any thread.
 #pragma once
 
 #include <sys/types.h>
@@ -15,10 +15,17 @@ struct SpawnedChild {
     int error = 0;    ///< errno of what failed; all else is empty then
     pid_t pid = -1;   ///< also the id of its process group
     UniqueFd input;   ///< writes to the child's standard input, without ever waiting
-    UniqueFd output;  ///< reads what the child writes to standard output and standard error, without waiting
+    UniqueFd output;  ///< reads what the child writes to standard output, without waiting
+    UniqueFd errors;  ///< the same for standard error where that has a pipe of its own
 };
 
-SpawnedChild spawnChild(const std::string& path, const std::vector<std::string>& arguments);
+enum class ErrorPipe {
+    shared,  ///< standard error goes where standard output goes
+    own
+};
+
+SpawnedChild spawnChild(const std::string& path, const std::vector<std::string>& arguments,
+                        ErrorPipe errorPipe = ErrorPipe::shared);
 
 /// A pipe whose ends no child inherits; ends 0 (reading) and 1 (writing) are above the standard descriptors.
 /// False, with errno set, when there is none to be had.
