@@ -1,5 +1,6 @@
 #include "ui/right_panel_view.h"
 
+#include <QLayout>
 #include <QMessageBox>
 #include <QPaintEvent>
 #include <QPainter>
@@ -20,6 +21,7 @@
 #include "ui/panel/new_game_tab.h"
 #include "ui/panel/panel_context.h"
 #include "ui/panel/panel_header.h"
+#include "ui/panel/scroll_page.h"
 #include "ui/panel/tab_bar.h"
 #include "ui/panel/toast.h"
 #include "ui/theme.h"
@@ -46,6 +48,7 @@ class RightPanelView::Impl {
     void select(int index);
     void arrange();
     void showToast(const QString& message);
+    void placeToast();
     void clearToast();
     void addEngine();
     void engineAdded(const std::optional<EngineConfiguration>& engine, const std::optional<QString>& error);
@@ -114,6 +117,7 @@ void RightPanelView::Impl::select(int index) {
         if (focus && other->isAncestorOf(focus)) focus->clearFocus();
         other->hide();
     }
+    placeToast();
     if (toast_) toast_->raise();
 }
 
@@ -130,16 +134,29 @@ void RightPanelView::Impl::arrange() {
     if (QWidget* page = pages_[static_cast<std::size_t>(state_.selectedTab)]) {
         page->setGeometry(0, top, width, height - barHeight - 1 - top);
     }
-    if (toast_) toast_->placeAbove(height - barHeight - 1, width);
+    placeToast();
     view_.update();
+}
+
+// Over what scrolls, where a tab has commands below it that a toast would cover.
+void RightPanelView::Impl::placeToast() {
+    if (!toast_) return;
+    int bottom = bottom_->y() - 1;
+    if (QWidget* page = pages_[static_cast<std::size_t>(state_.selectedTab)]) {
+        if (const auto* scrolled = page->findChild<ScrollPage*>()) {
+            page->layout()->activate();
+            bottom = page->y() + scrolled->geometry().bottom() + 1;
+        }
+    }
+    toast_->placeAbove(bottom, view_.width());
 }
 
 void RightPanelView::Impl::showToast(const QString& message) {
     state_.toastMessage = message;
     if (!toast_) {
         toast_ = new Toast(context_.theme, &view_);
-        arrange();
     }
+    placeToast();
     toast_->showMessage(message);
     toastTimer_ = context_.time.after(toastDuration, [this] { clearToast(); });
 }

@@ -282,13 +282,54 @@ TEST_F(PanelCommands, theToastStandsCentredAboveTheBottomBar) {
     }
 }
 
+TEST_F(PanelCommands, theToastCoversNoCommandBelowWhatScrolls) {
+    panel->showToast(QStringLiteral("Short"));
+    const auto topOf = [this](const char* name) { return find(name)->mapTo(panel.get(), QPoint(0, 0)).y(); };
+    panel->setSelectedTab(4);
+    EXPECT_LT(toast()->geometry().bottom(), topOf("scanEngines"));
+    EXPECT_GT(toast()->geometry().bottom(), topOf("scanEngines") - 40);
+    panel->showToast(QStringLiteral("word ").repeated(60));
+    EXPECT_LT(toast()->geometry().bottom(), topOf("scanEngines"));
+    panel->setSelectedTab(3);
+    EXPECT_LT(toast()->geometry().bottom(), topOf("startGame"));
+    panel->setSelectedTab(0);
+    EXPECT_GT(toast()->geometry().bottom(), bar()->y() - 40);
+}
+
 TEST_F(PanelCommands, aToastLetsThePanelBelowBeClicked) {
     panel->setSelectedTab(3);
     panel->showToast(QStringLiteral("x ").repeated(300));
-    auto* start = find("startGame");
-    const QPoint at = start->mapTo(panel.get(), start->rect().center());
+    QWidget* choice = find<ChoiceGroup>("modes")->button(1);
+    toast()->move(choice->mapTo(panel.get(), QPoint(0, 0)) - QPoint(100, 10));
+    const QPoint at = choice->mapTo(panel.get(), choice->rect().center());
     ASSERT_TRUE(toast()->geometry().contains(at));
-    EXPECT_EQ(panel->childAt(at), start);
+    EXPECT_EQ(panel->childAt(at), choice);
+}
+
+TEST_F(PanelCommands, theSymbolsOfTheBarStandOnOneLineInEveryLanguage) {
+    // The row of pixels in which a button's symbol begins, in the middle of the button.
+    const auto firstInk = [](QAbstractButton* button) {
+        const QImage image = button->grab().toImage();
+        const int center = image.width() / 2;
+        for (int y = 3; y < image.height(); ++y) {
+            for (int x = center - 9; x < center + 9; ++x)
+                if (image.pixel(x, y) != image.pixel(3, image.height() / 2)) return y;
+        }
+        return -1;
+    };
+    for (const Language language : allLanguages) {
+        loc->setCurrentLanguage(language);
+        QCoreApplication::sendPostedEvents();
+        int first = 1000;
+        int last = 0;
+        for (const char* name : {"flipBoard", "undoMove", "pauseGame", "resignGame", "newGame"}) {
+            const int at = firstInk(find(name));
+            first = qMin(first, at);
+            last = qMax(last, at);
+        }
+        // The drawings do not all begin at the same line of their grid.
+        EXPECT_LE(last - first, 3) << utf8(rawValue(language));
+    }
 }
 
 TEST_F(PanelCommands, anEngineThatWritesEvaluationsAndAClockThatTicksRepaintNothing) {

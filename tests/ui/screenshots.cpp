@@ -6,186 +6,34 @@
 #include <QPainter>
 #include <QtMath>
 #include <cstdio>
-#include <functional>
 
-#include "shell.h"
-#include "ui/right_panel_view.h"
+#include "screenshot_scenes.h"
 
 namespace orlix::test {
 namespace {
 
-const QStringList openGame{
-    QStringLiteral("e2e4"), QStringLiteral("e7e5"), QStringLiteral("g1f3"), QStringLiteral("b8c6"),
-    QStringLiteral("f1b5"), QStringLiteral("a7a6"), QStringLiteral("b5c6"), QStringLiteral("d7c6"),
-    QStringLiteral("d2d4"), QStringLiteral("e5d4"), QStringLiteral("d1d4"), QStringLiteral("d8d4"),
-    QStringLiteral("f3d4"), QStringLiteral("c8d7"), QStringLiteral("c1e3"), QStringLiteral("e8c8"),
-    QStringLiteral("b1d2"), QStringLiteral("g8e7"), QStringLiteral("e1c1"), QStringLiteral("e7g6"),
-    QStringLiteral("d4b3"), QStringLiteral("f8b4"), QStringLiteral("d2f3"), QStringLiteral("h8e8"),
-    QStringLiteral("h2h4"), QStringLiteral("g6h4"), QStringLiteral("f3h4"), QStringLiteral("e8e4"),
-    QStringLiteral("h4f3"), QStringLiteral("d7g4"), QStringLiteral("b3d4"),
-};
-const QStringList foolsMate{QStringLiteral("f2f3"), QStringLiteral("e7e5"), QStringLiteral("g2g4"),
-                            QStringLiteral("d8h4")};
-
-class Studio {
-  public:
-    explicit Studio(QString folder) : folder_(std::move(folder)) {}
-
-    void renderAll() {
-        renderStates();
-        renderTabs();
-        renderFullestViews();
+/// The window with whatever pop-ups and dialogs stand over it.
+QPixmap pictureOf(const Shell& shell) {
+    QPixmap picture = shell.window->grab();
+    QPainter painter(&picture);
+    for (QWidget* other : QApplication::topLevelWidgets()) {
+        if (other == shell.window.get() || !other->isVisible()) continue;
+        painter.drawPixmap(other->pos() - shell.window->pos(), other->grab());
     }
+    return picture;
+}
 
-  private:
-    using Scene = std::function<void(Shell&)>;
-
-    static void play(Shell& shell, const QStringList& moves) {
-        for (const QString& move : moves) {
-            const QByteArray text = move.toLatin1();
-            shell.game->handleSquareClick(*Square::fromText(text.left(2).toStdString()));
-            shell.game->handleSquareClick(*Square::fromText(text.mid(2).toStdString()));
-            shell.time.advance(std::chrono::milliseconds(3700));
-        }
-    }
-    static void twoPeople(Shell& shell) {
-        shell.buildWindow();
-        shell.game->setGameMode(GameMode::humanVsHuman);
-        shell.showWindow();
-    }
-    static void againstEngine(Shell& shell) {
-        shell.installEngine();
-        shell.showWindow();
-    }
-    static void thinking(Shell& shell) {
-        againstEngine(shell);
-        shell.click("e2");
-        shell.click("e4");
-        shell.eventually([&shell] { return shell.launcher.lastHeard("go "); });
-        shell.launcher.say(
-            "info depth 21 seldepth 30 multipv 1 score cp -38 nodes 1893201 nps 931420 time 2032 pv e7e5 "
-            "g1f3 "
-            "b8c6 f1b5 a7a6");
-        shell.eventually([&shell] { return shell.game->liveEvaluation().depth == 21; });
-        shell.time.advance(std::chrono::milliseconds(2100));
-    }
-    static void showTab(Shell& shell, int index) { shell.find<RightPanelView>()->setSelectedTab(index); }
-
-    void render(const QString& name, const Scene& scene, Theme::Scheme scheme = Theme::Scheme::light,
-                Language language = Language::english) {
-        Shell shell;
-        shell.theme.setScheme(scheme);
-        shell.loc.setCurrentLanguage(language);
-        scene(shell);
-        QTest::qWait(50);  // what the views put off until the event loop runs
-        const QString ratio = QString::number(shell.window->devicePixelRatioF());
-        const QString file = QStringLiteral("%1/%2@%3x.png").arg(folder_, name, ratio);
-        if (!shell.window->grab().save(file)) qFatal("cannot write %s", qPrintable(file));
-        std::printf("%s\n", qPrintable(file));
-    }
-
-    void renderStates() {
-        render(QStringLiteral("01-start"), againstEngine);
-        render(QStringLiteral("02-selection"), [](Shell& shell) {
-            twoPeople(shell);
-            play(shell, openGame.mid(0, 8));
-            shell.click("f3");
-        });
-        render(QStringLiteral("03-check"), [](Shell& shell) {
-            twoPeople(shell);
-            play(shell, {QStringLiteral("e2e4"), QStringLiteral("f7f6"), QStringLiteral("d1h5")});
-        });
-        render(QStringLiteral("04-promotion"), promotion);
-        render(QStringLiteral("05-mate"), [](Shell& shell) {
-            twoPeople(shell);
-            play(shell, foolsMate);
-        });
-        render(QStringLiteral("06-inspecting"), [](Shell& shell) {
-            twoPeople(shell);
-            play(shell, openGame);
-            shell.game->inspectMove(6);
-        });
-        render(QStringLiteral("07-thinking"), thinking);
-        render(QStringLiteral("08-no-engine"), [](Shell& shell) { shell.showWindow(); });
-        render(
-            QStringLiteral("09-no-engine-dark"), [](Shell& shell) { shell.showWindow(); },
-            Theme::Scheme::dark);
-        render(QStringLiteral("10-paused-flipped"), [](Shell& shell) {
-            twoPeople(shell);
-            play(shell, openGame);
-            shell.game->flipBoard();
-            shell.game->togglePause();
-        });
-        render(QStringLiteral("11-low-time"), [](Shell& shell) {
-            twoPeople(shell);
-            play(shell, openGame.mid(0, 4));
-            shell.time.advance(std::chrono::milliseconds(297'000));
-        });
-        render(QStringLiteral("12-smallest"), [](Shell& shell) {
-            twoPeople(shell);
-            play(shell, openGame);
-            shell.window->resize(1120, 740);
-        });
-        render(QStringLiteral("13-wide"), [](Shell& shell) {
-            twoPeople(shell);
-            play(shell, openGame);
-            shell.window->resize(1720, 1000);
-        });
-        render(QStringLiteral("14-toast"), [](Shell& shell) {
-            twoPeople(shell);
-            shell.find<RightPanelView>()->showToast(shell.loc.text("copied_to_clipboard"));
-            QTest::qWait(400);
-        });
-    }
-
-    static void promotion(Shell& shell) {
-        twoPeople(shell);
-        shell.game->loadFEN(QStringLiteral("2r3k1/1P3ppp/8/8/3q4/8/5PPP/1Q4K1 w - - 0 1"));
-        shell.click("b7");
-        shell.click("b8");
-    }
-
-    void renderTabs() {
-        for (int tab = 0; tab < RightPanelView::tabCount; ++tab) {
-            render(QStringLiteral("20-tab-%1").arg(tab), [tab](Shell& shell) {
-                againstEngine(shell);
-                showTab(shell, tab);
-            });
-        }
-    }
-
-    void renderFullestViews() {
-        const std::vector<std::pair<QString, Scene>> views{
-            {QStringLiteral("30-game"),
-             [](Shell& shell) {
-                 twoPeople(shell);
-                 play(shell, openGame);
-             }},
-            {QStringLiteral("31-new-game"),
-             [](Shell& shell) {
-                 shell.installEngine();
-                 shell.buildWindow();
-                 shell.game->setGameMode(GameMode::engineVsEngine);
-                 shell.game->setWhiteEngineLimit(true, 1750);
-                 shell.showWindow();
-                 showTab(shell, 3);
-             }},
-            {QStringLiteral("32-promotion"), promotion},
-        };
-        for (const auto& [name, scene] : views) {
-            for (const Theme::Scheme scheme : {Theme::Scheme::light, Theme::Scheme::dark}) {
-                for (const Language language : allLanguages) {
-                    const QString schemeName =
-                        scheme == Theme::Scheme::light ? QStringLiteral("light") : QStringLiteral("dark");
-                    render(QStringLiteral("%1-%2-%3").arg(name, schemeName, rawValue(language)), scene,
-                           scheme, language);
-                }
-            }
-        }
-    }
-
-    QString folder_;
-};
+void render(const QString& folder, const PictureOf& what) {
+    Shell shell;
+    shell.theme.setScheme(what.scheme);
+    shell.loc.setCurrentLanguage(what.language);
+    what.scene(shell);
+    QTest::qWait(50);  // what the views put off until the event loop runs
+    const QString ratio = QString::number(shell.window->devicePixelRatioF());
+    const QString file = QStringLiteral("%1/%2@%3x.png").arg(folder, what.name, ratio);
+    if (!pictureOf(shell).save(file)) qFatal("cannot write %s", qPrintable(file));
+    std::printf("%s\n", qPrintable(file));
+}
 
 /// All pictures of `folder`, small, with their names, at most thirty a sheet.
 void makeContactSheets(const QString& folder) {
@@ -228,7 +76,11 @@ int main(int argc, char** argv) {
     if (arguments.contains(QStringLiteral("--sheet"))) {
         orlix::test::makeContactSheets(arguments.last());
     } else {
-        orlix::test::Studio(arguments.last()).renderAll();
+        using namespace orlix::test;
+        for (const auto& pictures : {gamePictures(), tabPictures(), fullestPictures()}) {
+            for (const PictureOf& picture : pictures)
+                render(arguments.last(), picture);
+        }
     }
     return 0;
 }

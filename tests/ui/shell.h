@@ -48,11 +48,13 @@ class PuppetLauncher : public ProcessLauncher {
         OutputHandler onOutput;
         bool isTerminated = false;
     };
+    QSet<QString> broken;  ///< paths that cannot be launched
     /// What `path` answers to "uci"; without an entry it introduces itself as "Puppet".
     std::map<QString, QByteArray> introductions;
 
     Launched launch(const QString& path, const QStringList&, OutputHandler onOutput) override {
         const std::lock_guard lock(mutex_);
+        if (broken.contains(path)) return {nullptr, QStringLiteral("Exec format error")};
         engines_.push_back(std::make_shared<Engine>(Engine{path, {}, std::move(onOutput), false}));
         return {std::make_unique<Child>(*this, engines_.back()), {}};
     }

@@ -45,14 +45,16 @@ QFont typeface(PanelButton::Look look, PanelButton::Arrangement arrangement, boo
 }
 
 // A chosen tab is told by its tint: in a heavier face the long titles would have to be too small.
-bool isStrong(PanelButton::Look look, bool isChecked) {
+bool isStrong(PanelButton::Look look, PanelButton::Arrangement arrangement, bool isChecked) {
     using Look = PanelButton::Look;
-    return look == Look::primary || (isChecked && (look == Look::segment || look == Look::chip));
+    // In a column the colour alone tells it, for the same reason.
+    return (look == Look::primary && arrangement == PanelButton::Arrangement::row) ||
+           (isChecked && (look == Look::segment || look == Look::chip));
 }
 
 // Measured in the heavier face, so that choosing a button does not move its neighbours.
-bool isMeasuredStrong(PanelButton::Look look) {
-    return isStrong(look, true);
+bool isMeasuredStrong(PanelButton::Look look, PanelButton::Arrangement arrangement) {
+    return isStrong(look, arrangement, true);
 }
 
 constexpr qreal hoverStrength = 0.06;
@@ -131,6 +133,20 @@ void PanelButton::setSymbol(Icon symbol) {
     update();
 }
 
+void PanelButton::setSharedHeight(int height) {
+    if (height == sharedHeight_) return;
+    sharedHeight_ = height;
+    update();
+}
+
+int PanelButton::columnHeight(int width) const {
+    const Measures m = measures(look_, arrangement_);
+    const qreal room = width - 2.0 * m.horizontalPadding;
+    const QFont font =
+        fittingFont(label_, typeface(look_, arrangement_, false), QSizeF(room, 100000), m.smallestType);
+    return m.symbolSize + m.gap + qCeil(wrappedSize(label_, font, room).height());
+}
+
 void PanelButton::setElided(bool isElided) {
     isElided_ = isElided;
     update();
@@ -159,7 +175,7 @@ QRectF PanelButton::labelRoom() const {
 }
 
 QFont PanelButton::labelFont() const {
-    const QFont full = typeface(look_, arrangement_, isStrong(look_, isChecked()));
+    const QFont full = typeface(look_, arrangement_, isStrong(look_, arrangement_, isChecked()));
     if (isElided_) return full;
     return fittingFont(label_, full, labelRoom().size(), measures(look_, arrangement_).smallestType);
 }
@@ -172,7 +188,7 @@ QList<ShownText> PanelButton::shownTexts() const {
 
 QSize PanelButton::sizeHint() const {
     const Measures m = measures(look_, arrangement_);
-    const QFont font = typeface(look_, arrangement_, isMeasuredStrong(look_));
+    const QFont font = typeface(look_, arrangement_, isMeasuredStrong(look_, arrangement_));
     QSizeF label = wrappedSize(label_, font, 10000);
     qreal width = label.width();
     qreal height = label.height();
@@ -199,8 +215,9 @@ int PanelButton::heightForWidth(int width) const {
     if (symbol_ && arrangement_ == Arrangement::row) room -= m.symbolSize + m.gap;
     if (symbol_ && arrangement_ == Arrangement::column) extra = m.symbolSize + m.gap;
     // The type shrinks only for a single word that is too wide; more words take more lines.
-    const QFont font = fittingFont(label_, typeface(look_, arrangement_, isMeasuredStrong(look_)),
-                                   QSizeF(room, 100000), m.smallestType);
+    const QFont font =
+        fittingFont(label_, typeface(look_, arrangement_, isMeasuredStrong(look_, arrangement_)),
+                    QSizeF(room, 100000), m.smallestType);
     const qreal label = wrappedSize(label_, font, room).height();
     return qMax(m.minimumHeight, qCeil(label + extra) + 2 * m.verticalPadding);
 }
@@ -244,7 +261,7 @@ void PanelButton::paintEvent(QPaintEvent*) {
             labelRect.setLeft(left + m.symbolSize + m.gap);
             labelRect.setWidth(qMin(needed.width(), room.width()) + 1);
         } else {
-            const qreal whole = m.symbolSize + m.gap + needed.height();
+            const qreal whole = qMax<qreal>(sharedHeight_, m.symbolSize + m.gap + needed.height());
             // Tabs share one line of symbols, however many lines a label takes.
             const qreal top = look_ == Look::tab
                                   ? content().top()

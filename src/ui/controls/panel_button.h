@@ -30,6 +30,11 @@ class PanelButton : public ControlButton, public ShowsText {
     void setLabel(const QString& label);
     const QString& label() const { return label_; }
     void setSymbol(Icon symbol);
+    /// Of a column: places the symbol as above a label that makes both `height` high together, so that buttons
+    /// beside each other share one line of symbols. 0 centres the button's own symbol and label.
+    void setSharedHeight(int height);
+    /// How high symbol and label of a column are together at this width of the button.
+    int columnHeight(int width) const;
     /// Shortens a label that is too long instead of breaking and shrinking it: for names that users give.
     void setElided(bool isElided);
 
@@ -60,6 +65,7 @@ class PanelButton : public ControlButton, public ShowsText {
     QString label_;
     std::optional<Icon> symbol_;
     bool isElided_ = false;
+    int sharedHeight_ = 0;
 };
 
 }  // namespace orlix

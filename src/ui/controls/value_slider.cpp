@@ -11,7 +11,8 @@ namespace orlix {
 
 namespace {
 constexpr qreal knobRadius = 8;
-constexpr qreal inset = knobRadius + 2;
+constexpr qreal grooveInset = 2;  // leaves room for the ring of the focus
+constexpr qreal inset = knobRadius + grooveInset;
 }  // namespace
 
 ValueSlider::ValueSlider(Theme& theme, QWidget* parent) : QAbstractSlider(parent), theme_(theme) {
@@ -41,7 +42,7 @@ void ValueSlider::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (!isEnabled()) painter.setOpacity(0.45);
     const QPointF knob = knobCenter(sliderPosition());
-    const QRectF groove(inset - 2, height() / 2.0 - 2, width() - 2 * (inset - 2), 4);
+    const QRectF groove(grooveInset, height() / 2.0 - 2, width() - 2 * grooveInset, 4);
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme_.tint(ColorRole::text, ColorRole::card, 0.16));
     painter.drawRoundedRect(groove, 2, 2);

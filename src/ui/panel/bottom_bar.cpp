@@ -56,6 +56,7 @@ void BottomBar::takeGame() {
 void BottomBar::retranslate() {
     buttons_[resign]->setLabel(context_.loc.text("btn_resign"));
     buttons_[newGame]->setLabel(context_.loc.text("btn_new_game"));
+    arrange();
 }
 
 QRect BottomBar::place(int index, int width) const {
@@ -75,10 +76,16 @@ int BottomBar::heightForWidth(int width) const {
 }
 
 void BottomBar::arrange() {
+    // One line of symbols, also where a label of one of them takes two lines.
+    int shared = 0;
+    for (int index = 0; index < commandCount; ++index)
+        shared = qMax(shared,
+                      buttons_[static_cast<std::size_t>(index)]->columnHeight(place(index, width()).width()));
     for (int index = 0; index < commandCount; ++index) {
         QRect at = place(index, width());
         at.setHeight(height() - 2 * verticalMargin);
         buttons_[static_cast<std::size_t>(index)]->setGeometry(at);
+        buttons_[static_cast<std::size_t>(index)]->setSharedHeight(shared);
     }
 }
 

@@ -32,7 +32,7 @@ void GameTab::takeGame() {
         back_ = new PanelButton(PanelButton::Look::secondary, PanelButton::Arrangement::row, context_.theme,
                                 this);
         back_->setObjectName(QStringLiteral("showLivePosition"));
-        back_->setSymbol(Icon::viewOnBoard);
+        back_->setSymbol(Icon::resume);
         layout_->addWidget(back_);
         GameManager& game = context_.game;
         connect(back_, &QAbstractButton::clicked, &game, [&game] { game.inspectMove(std::nullopt); });

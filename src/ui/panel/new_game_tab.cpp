@@ -1,6 +1,5 @@
 #include "ui/panel/new_game_tab.h"
 
-#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -10,11 +9,11 @@
 #include "ui/controls/card.h"
 #include "ui/controls/choice_group.h"
 #include "ui/controls/stepper.h"
-#include "ui/controls/thin_scroll_bar.h"
 #include "ui/controls/value_slider.h"
 #include "ui/localized_text.h"
 #include "ui/panel/engine_notice.h"
 #include "ui/panel/engine_seat_editor.h"
+#include "ui/panel/scroll_page.h"
 
 namespace orlix {
 
@@ -53,31 +52,14 @@ QVBoxLayout* stack(QWidget* widget, int spacing) {
 NewGameTab::NewGameTab(const PanelContext& context, PanelState& state, QWidget* parent)
     : QWidget(parent), context_(context), state_(state) {
     auto* layout = stack(this, 0);
-    auto* area = new QScrollArea(this);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    area->setWidgetResizable(true);
-    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // Its room is part of the right margin: nothing moves when it appears.
-    area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    area->setVerticalScrollBar(new ThinScrollBar(ColorRole::panel, context.theme, area));
-    area->verticalScrollBar()->setSingleStep(20);
-    auto* inner = new QWidget;
-    content_ = new QVBoxLayout(inner);
-    content_->setContentsMargins(metrics::space4, metrics::space4,
-                                 metrics::space4 - area->verticalScrollBar()->sizeHint().width(),
-                                 metrics::space4);
-    content_->setSpacing(metrics::space3);
+    auto* page = new ScrollPage(context.theme, this);
+    content_ = page->content();
     buildModeCard();
     buildTimeCard();
     buildEngineCard();
     buildThinkingCard();
     content_->addStretch(1);
-    area->setWidget(inner);
-    // The panel's own ground shows through.
-    inner->setAutoFillBackground(false);
-    area->viewport()->setAutoFillBackground(false);
-    layout->addWidget(area, 1);
+    layout->addWidget(page, 1);
 
     start_ = new PanelButton(PanelButton::Look::primary, PanelButton::Arrangement::row, context.theme, this);
     start_->setSymbol(Icon::play);

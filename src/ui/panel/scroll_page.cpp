@@ -12,11 +12,14 @@ ScrollPage::ScrollPage(Theme& theme, QWidget* parent) : QScrollArea(parent) {
     setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Its room is part of the right margin: nothing moves when there is something to scroll.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setVerticalScrollBar(new ThinScrollBar(ColorRole::panel, theme, this));
     verticalScrollBar()->setSingleStep(20);
     auto* inner = new QWidget;
     content_ = new QVBoxLayout(inner);
-    content_->setContentsMargins(metrics::space4, metrics::space4, metrics::space4, metrics::space4);
+    content_->setContentsMargins(metrics::space4, metrics::space4,
+                                 metrics::space4 - verticalScrollBar()->sizeHint().width(), metrics::space4);
     content_->setSpacing(metrics::space3);
     setWidget(inner);
     // The panel's own ground shows through.
