@@ -1,5 +1,6 @@
 // The composition root: owns every shared object, in creation order, and hands references on.
 #include <QApplication>
+#include <QWindow>
 #include <cstdio>
 #include <cstring>
 
@@ -94,6 +95,11 @@ int run(QApplication& application) {
     AutomatchManager::registerShared(&automatch);
     PGNExporter exporter(dialogs, fileStore, pasteboard);
 
+    LeanMemory memory;
+    QObject::connect(&game, &GameManager::enginesChanged, &memory, &LeanMemory::returnSoon);
+    // The window gets the keyboard back when a dialog or a list over it has closed.
+    QObject::connect(&application, &QGuiApplication::focusWindowChanged, &memory, &LeanMemory::returnSoon);
+
     AppDelegate delegate;
     MainWindow window({game, loc, engines, exporter, theme, system, time});
     dialogs.setWindow(&window);
@@ -110,7 +116,6 @@ int main(int argc, char** argv) {
     // One look everywhere; named before the application exists, so that no system style is loaded first.
     QApplication::setStyle(new LeanStyle);
     QApplication application(argc, argv);
-    keepMemoryLean();
     QCoreApplication::setApplicationName(QStringLiteral("velmorandix-orlix"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLIX_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("velmorandix-orlix"));

@@ -1,6 +1,7 @@
 #include "e2e/soak.h"
 
 #include <QDir>
+#include <QThread>
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -13,6 +14,7 @@ namespace {
 constexpr int panelWidth = 400;
 constexpr int settleMs = 60000;  // an engine which ignores everything is killed long before
 constexpr int threadIdleMs = 40000;
+constexpr int freePagesMs = 5000;
 constexpr int dialogLimitMs = 30000;
 constexpr int engineAddedLimitMs = 9000;
 constexpr int mostAttempts = 20;
@@ -302,6 +304,20 @@ void Soak::act() {
     closeDialogs();
 }
 
+// What the program holds on to: free pages go back some seconds after the last game or dialog has gone.
+SoakFigures Soak::leastFigures() const {
+    SoakFigures least = application_.figures();
+    waitUntil(
+        [&] {
+            const SoakFigures now = application_.figures();
+            if (now.anonymousKib < least.anonymousKib) least = now;
+            QThread::msleep(200);
+            return false;
+        },
+        freePagesMs);
+    return least;
+}
+
 // The same place each time, with no engine left: what is more than last time has been kept for nothing.
 void Soak::rest() {
     restoreEngines();
@@ -324,7 +340,7 @@ void Soak::rest() {
             return true;
         },
         threadIdleMs);
-    samples_.push_back({double(clock_.elapsed()) / 1000, application_.figures()});
+    samples_.push_back({double(clock_.elapsed()) / 1000, leastFigures()});
     const SoakSample& sample = samples_.back();
     std::printf(
         "%6.0f s  %5d actions  %4d games  %6lld KiB own  %6lld KiB Pss  %d descriptors  %d threads  "

@@ -68,6 +68,7 @@ class Soak {
     void restoreEngines();
     void findEngines();
     void tour();
+    SoakFigures leastFigures() const;
     void rest();
     void takePicture() const;
     void leave();

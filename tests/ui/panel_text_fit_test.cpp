@@ -1,6 +1,7 @@
 #include <QDir>
 
 #include "panel_fixture.h"
+#include "ui/controls/card.h"
 #include "ui/controls/picker_button.h"
 #include "ui/controls/text_fit.h"
 #include "ui/move_list_view.h"
@@ -55,6 +56,23 @@ TEST_F(PanelTexts, everyTabFitsInEveryLanguage) {
             EXPECT_GT(expectAllFit(where + " tab " + std::to_string(tab)), 12);
         }
     });
+}
+
+TEST_F(PanelTexts, cardsAreAsWideWhereAPageScrollsAsWhereItDoesNot) {
+    panel->resize(400, 900);
+    for (int tab = 1; tab < RightPanelView::tabCount; ++tab) {
+        panel->setSelectedTab(tab);
+        QCoreApplication::sendPostedEvents();
+        for (const int height : {500, 1800}) {
+            panel->resize(400, height);
+            QCoreApplication::sendPostedEvents();
+            for (const Card* card : panel->findChildren<Card*>()) {
+                if (!card->isVisible()) continue;
+                EXPECT_EQ(card->mapTo(panel.get(), QPoint(0, 0)).x(), 16) << "tab " << tab;
+                EXPECT_EQ(card->mapTo(panel.get(), QPoint(card->width(), 0)).x(), 384) << "tab " << tab;
+            }
+        }
+    }
 }
 
 TEST_F(PanelTexts, everyKindOfNewGameFits) {

@@ -1,7 +1,9 @@
 #include "ui/controls/picker_button.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QtMath>
@@ -41,6 +43,14 @@ class PickerPopup : public QWidget {
         painter.setBrush(theme_.color(ColorRole::panel));
         painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), metrics::controlRadius,
                                 metrics::controlRadius);
+    }
+    void resizeEvent(QResizeEvent* event) override {
+        QWidget::resizeEvent(event);
+        // Under X11 nothing may blend windows; what is left transparent would be black there.
+        if (QGuiApplication::platformName() != QLatin1String("xcb")) return;
+        QPainterPath outline;
+        outline.addRoundedRect(rect(), metrics::controlRadius, metrics::controlRadius);
+        setMask(QRegion(outline.toFillPolygon().toPolygon()));
     }
     void keyPressEvent(QKeyEvent* event) override {
         switch (event->key()) {
