@@ -133,7 +133,12 @@ class LiveEngines : public ::testing::TestWithParam<const char*> {
   protected:
     void SetUp() override {
         path_ = QString::fromLatin1(GetParam());
+#if defined(__linux__)
+        ASSERT_TRUE(files_.isExecutableFile(path_)) << "scripts/test installs it";
+#else
+        // A Mac has the engines that its user wants.
         if (!files_.isExecutableFile(path_)) GTEST_SKIP() << "not installed";
+#endif
     }
     QtFileTests files_;
     PosixProcessLauncher launcher_;
@@ -196,10 +201,13 @@ TEST_P(LiveEngines, passTheEngineTest) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Installed, LiveEngines,
-                         ::testing::Values("/usr/games/stockfish", "/usr/games/ethereal-chess",
-                                           "/usr/games/toga2", "/usr/games/fairy-stockfish",
-                                           "/usr/games/glaurung", "/opt/homebrew/bin/stockfish"));
+#if defined(__linux__)
+constexpr const char* installed[] = {"/usr/games/stockfish", "/usr/games/ethereal-chess", "/usr/games/toga2",
+                                     "/usr/games/fairy-stockfish", "/usr/games/glaurung"};
+#else
+constexpr const char* installed[] = {"/opt/homebrew/bin/stockfish"};
+#endif
+INSTANTIATE_TEST_SUITE_P(Installed, LiveEngines, ::testing::ValuesIn(installed));
 
 }  // namespace
 }  // namespace orlix

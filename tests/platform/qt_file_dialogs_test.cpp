@@ -14,6 +14,17 @@
 
 #include "platform/qt/qt_pasteboard.h"
 
+#if defined(__SANITIZE_THREAD__)
+// Qt's panel looks at files on a thread of its own. Where the two threads' events meet, inside Qt, the
+// sanitizer sees no locks, and Qt's symbols are stripped. Nothing of ours runs on that thread.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the sanitizer's.
+extern "C" const char* __tsan_default_suppressions();
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
+extern "C" const char* __tsan_default_suppressions() {
+    return "race:libQt6Core.so.6\n";
+}
+#endif
+
 namespace orlix {
 namespace {
 
@@ -34,10 +45,6 @@ class QtFileDialogsTest : public ::testing::Test {
     std::vector<std::optional<QString>> answers;
 
     void SetUp() override {
-#if defined(__SANITIZE_THREAD__)
-        // Nothing of ours runs beside the main thread here.
-        GTEST_SKIP() << "Qt's panel looks at files on a thread of its own, where the sanitizer sees no locks";
-#endif
         // Qt's panel remembers its size and folders in a settings file: not in the user's.
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
         dialogs.setWindow(&window);
