@@ -191,6 +191,7 @@ TEST_F(EnginesTabTest, textsFollowTheLanguageAndFit) {
         EXPECT_EQ(find<PanelButton>("addUciEngine")->label(), loc->text("add_engine"));
         EXPECT_EQ(part<PanelButton>(0, "testEngine")->label(), loc->text("test_engine"));
         EXPECT_EQ(part(0, "removeEngine")->toolTip(), loc->text("remove_engine"));
+        EXPECT_EQ(part(0, "editElo")->toolTip(), loc->text("elo_rating"));
     });
 }
 

@@ -133,7 +133,7 @@ void EngineRow::retranslate() {
     const auto& loc = context_.loc;
     test_->setLabel(loc.text("test_engine"));
     test_->setAccessibleName(loc.text("test_engine") + QStringLiteral(": ") + engine_.name);
-    edit_->setCaption(loc.text("uci_options"), engine_.name);
+    edit_->setCaption(loc.text("elo_rating"), engine_.name);
     remove_->setCaption(loc.text("remove_engine"), engine_.name);
     showTest();
 }
