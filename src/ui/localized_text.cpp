@@ -11,11 +11,6 @@ LocalizedText::LocalizedText(const QString& key, TextStyle style, ColorRole role
     connect(&loc_, &LocalizationManager::changed, this, &LocalizedText::refresh);
 }
 
-void LocalizedText::setKey(const QString& key) {
-    key_ = key;
-    refresh();
-}
-
 void LocalizedText::refresh() {
     setText(loc_.text(key_));
 }

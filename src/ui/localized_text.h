@@ -15,7 +15,6 @@ class LocalizedText : public TextLabel {
                   QWidget* parent = nullptr);
 
     const QString& key() const { return key_; }
-    void setKey(const QString& key);
 
   private:
     void refresh();

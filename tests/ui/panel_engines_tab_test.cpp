@@ -140,6 +140,15 @@ TEST_F(EnginesTabTest, theKeyboardStaysInTheListWhenARowGoes) {
     EXPECT_TRUE(find("scanEngines")->hasFocus());
 }
 
+TEST_F(EnginesTabTest, theKeyboardGoesBackARowWhenTheLastOneGoes) {
+    registerEngines();
+    open();
+    part(1, "removeEngine")->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(part(1, "removeEngine"), Qt::Key_Return);
+    ASSERT_EQ(rowCount(), 1);
+    EXPECT_TRUE(part(0, "removeEngine")->hasFocus());
+}
+
 TEST_F(EnginesTabTest, aLongNameIsShortenedWithTheWholeAsTooltip) {
     EngineConfiguration engine;
     engine.name =

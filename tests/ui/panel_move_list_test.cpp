@@ -79,6 +79,24 @@ TEST_F(PanelMoveList, aClickBesideTheMovesOrWithAnotherButtonOrMovedAwayDoesNoth
     EXPECT_EQ(game->inspectingMoveIndex(), 0);
 }
 
+TEST_F(PanelMoveList, aMoveUnderThePointerShowsThatItCanBeClicked) {
+    play("e2", "e4");
+    play("e7", "e5");
+    QWidget* view = list()->viewport();
+    const auto picture = [view] { return view->grab().toImage(); };
+    const QImage before = picture();
+    QTest::mouseMove(view, list()->cell(0).center());
+    EXPECT_EQ(view->cursor().shape(), Qt::PointingHandCursor);
+    EXPECT_NE(picture(), before);
+    QTest::mouseMove(view, QPoint(view->width() / 2, view->height() - 5));
+    EXPECT_EQ(view->cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(picture(), before);
+    QTest::mouseMove(view, list()->cell(0).center());
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(view, &leave);
+    EXPECT_EQ(picture(), before);
+}
+
 TEST_F(PanelMoveList, theWayBackShowsWhileAPastPositionIsInspected) {
     play("e2", "e4");
     play("e7", "e5");
