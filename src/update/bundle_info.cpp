@@ -20,7 +20,8 @@ std::optional<BundleInfo> bundleInfoFromPropertyList(const QByteArray& bytes) {
     if (!properties) return std::nullopt;
     return BundleInfo{text(*properties, QStringLiteral("CFBundleIdentifier")),
                       text(*properties, QStringLiteral("CFBundleShortVersionString")),
-                      text(*properties, QStringLiteral("CFBundleVersion"))};
+                      text(*properties, QStringLiteral("CFBundleVersion")),
+                      text(*properties, QStringLiteral("CFBundleExecutable"))};
 }
 
 std::optional<BundleInfo> readBundleInfo(const QString& path) {

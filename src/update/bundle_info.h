@@ -12,6 +12,7 @@ struct BundleInfo {
     std::optional<QString> identifier;    ///< "CFBundleIdentifier"
     std::optional<QString> shortVersion;  ///< "CFBundleShortVersionString"
     std::optional<QString> version;       ///< "CFBundleVersion": the build
+    std::optional<QString> executable;    ///< "CFBundleExecutable": the name of its program
 
     bool operator==(const BundleInfo&) const = default;
 };

@@ -48,8 +48,17 @@ MountedImage DiskImages::attach(const QString& imagePath) {
 }
 
 void DiskImages::detach(const MountedImage& image) {
-    const QString what = image.device.value_or(image.mountPath);
-    if (run(runner_, tool_, {"detach", fileName(what)}).exitStatus != 0)
+    detach(image, {});
+}
+
+void DiskImages::detachByForce(const MountedImage& image) {
+    detach(image, {"-force"});
+}
+
+void DiskImages::detach(const MountedImage& image, const std::vector<std::string>& options) {
+    std::vector<std::string> arguments{"detach", fileName(image.device.value_or(image.mountPath))};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    if (run(runner_, tool_, arguments).exitStatus != 0)
         throw NativeUpdateError::invalidDiskImage(QStringLiteral("Could not detach image."));
 }
 

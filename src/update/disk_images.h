@@ -5,6 +5,7 @@
 #include <QString>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace orlix {
 
@@ -31,11 +32,16 @@ class DiskImages {
     MountedImage attach(const QString& imagePath);
     /// @throws NativeUpdateError invalidDiskImage; SystemError when the tool cannot be started.
     void detach(const MountedImage& image);
+    /// Also when somebody holds on to the volume.
+    /// @throws as `detach`.
+    void detachByForce(const MountedImage& image);
 
     /// What the tool's property list says is mounted: of the entities with a mount point the last one.
     static std::optional<MountedImage> mountedImage(const QByteArray& propertyList);
 
   private:
+    void detach(const MountedImage& image, const std::vector<std::string>& options);
+
     ToolRunner& runner_;
     std::string tool_;
 };

@@ -8,7 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -57,7 +57,9 @@ inline void writeFile(const std::filesystem::path& path, const std::string& text
 /// Empty when there is no such file.
 inline std::string readFile(const std::filesystem::path& path) {
     std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
 }
 
 }  // namespace orlix::test

@@ -117,6 +117,14 @@ TEST_F(DiskImagesTest, aBusyVolumeIsAFailureToDetach) {
     EXPECT_FALSE(tool.isAttached());
 }
 
+TEST_F(DiskImagesTest, detachesByForce) {
+    const MountedImage mounted = images.attach(text(image));
+    images.detachByForce(mounted);
+    EXPECT_EQ(tool.calls().back(), "detach\t/dev/disk4s1\t-force");
+    EXPECT_FALSE(tool.isAttached());
+    EXPECT_EQ(complaintOf([&] { images.detachByForce(mounted); }), invalid("Could not detach image."));
+}
+
 TEST_F(DiskImagesTest, aToolThatIsNotThereIsTheSystemsError) {
     DiskImages missing(runner, (folder / "none").string());
     EXPECT_EQ(complaintOf([&] { missing.attach(text(image)); }), QStringLiteral("No such file or directory"));
