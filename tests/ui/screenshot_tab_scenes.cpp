@@ -83,6 +83,7 @@ void analysisOfTwo(Shell& shell) {
     });
     shell.launcher.engines().front().onOutput("info depth 9 score mate -4 nodes 200 nps 100 pv e2e4\n");
     shell.eventually([&shell] { return shell.game->liveEvaluation().mateIn.has_value(); });
+    shell.time.advance(std::chrono::milliseconds(500));
 }
 
 void newGame(Shell& shell, GameMode mode) {
@@ -94,6 +95,7 @@ void newGame(Shell& shell, GameMode mode) {
 }
 
 void scrollDown(Shell& shell) {
+    QTest::qWait(50);  // for the page to take its new height
     for (auto* bar : shell.find<RightPanelView>()->findChildren<QAbstractSlider*>()) {
         if (bar->orientation() == Qt::Vertical && bar->isVisible()) bar->setValue(bar->maximum());
     }
