@@ -9,8 +9,8 @@ class ApplicationStarter {
   public:
     virtual ~ApplicationStarter() = default;
 
-    /// Starts the application at `bundlePath`, with nothing of this process's own; `program` is the name of its
-    /// executable file in the bundle. False when it could not be started.
+    /// Starts the application at `bundlePath`, with nothing of this process's own; `program` is the name of
+    /// its executable file in the bundle. False when it could not be started.
     virtual bool start(const std::string& bundlePath, const std::string& program) = 0;
 };
 
