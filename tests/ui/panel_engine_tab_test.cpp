@@ -361,8 +361,13 @@ TEST_F(EngineTabTest, liveStrengthReachesTheRunningEngineAtOnce) {
     QTest::keyClick(slider, Qt::Key_Right);
     EXPECT_EQ(game->blackEngineElo(), 2210);
     EXPECT_EQ(find<ChoiceGroup>("liveBlackPresets")->currentIndex(), -1);
+    QTest::keyClick(slider, Qt::Key_PageUp);
+    EXPECT_EQ(game->blackEngineElo(), 2310);
+    EXPECT_TRUE(find<TextLabel>("liveBlackStrength")->isVisible());
     click(find("liveBlackLimit"));
     EXPECT_FALSE(game->blackEngineLimitElo());
+    EXPECT_FALSE(find<TextLabel>("liveBlackStrength")->isVisible()) << "a strength that is not in force";
+    EXPECT_FALSE(slider->isVisible());
     EXPECT_TRUE(puppets.lastHeard("setoption name UCI_LimitStrength value false"));
 }
 

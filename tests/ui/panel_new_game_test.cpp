@@ -267,6 +267,20 @@ TEST_F(PanelNewGame, everyTenthOfASecondIsReachedWithTheKeyboard) {
     EXPECT_EQ(label("thinkingValue"), QStringLiteral("30.0"));
 }
 
+TEST_F(PanelNewGame, everyDepthIsReachedWithTheKeyboard) {
+    choose("thinking", fixedDepth);
+    auto* slider = find<ValueSlider>("depth");
+    slider->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(slider, Qt::Key_Home);
+    EXPECT_EQ(label("thinkingValue"), QStringLiteral("Tiefe: 1"));
+    QTest::keyClick(slider, Qt::Key_Right);
+    EXPECT_EQ(label("thinkingValue"), QStringLiteral("Tiefe: 2"));
+    QTest::keyClick(slider, Qt::Key_PageUp);
+    EXPECT_EQ(label("thinkingValue"), QStringLiteral("Tiefe: 7"));
+    QTest::keyClick(slider, Qt::Key_End);
+    EXPECT_EQ(label("thinkingValue"), QStringLiteral("Tiefe: 40"));
+}
+
 TEST_F(PanelNewGame, customTimesAreTypedAndStepped) {
     EXPECT_FALSE(isShown("customMinutes"));
     choose("presets", 9);
