@@ -66,7 +66,7 @@ constexpr TextEntry entries[textCount] = {
     {u"engine_nps", u"Knoten/s"},
     {u"engine_pv", u"Hauptvariante (PV)"},
     {u"engine_log", u"Live-UCI-Protokoll"},
-    {u"currently_thinking_engine", u"UCI-Engine am Rechnen"},
+    {u"currently_thinking_engine", u"Rechnende UCI-Engine"},
     {u"engine_idle", u"Engine wartet auf Spielerzug"},
     {u"limit_elo", u"ELO / Stärke der Engine begrenzen"},
     {u"elo_rating", u"ELO-Zahl"},
