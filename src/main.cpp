@@ -101,7 +101,7 @@ int run(QApplication& application) {
     QObject::connect(&application, &QGuiApplication::focusWindowChanged, &memory, &LeanMemory::returnSoon);
 
     AppDelegate delegate;
-    MainWindow window({game, loc, engines, exporter, theme, system, time});
+    MainWindow window({game, loc, engines, automatch, exporter, theme, system, time});
     dialogs.setWindow(&window);
     delegate.applicationDidFinishLaunching(window);
     return QApplication::exec();

@@ -156,19 +156,27 @@ void AutomatchManager::resumeAutomatch() {
     Q_EMIT changed();
 }
 
-void AutomatchManager::ensureEnginesAssigned() {
+AutomatchManager::Engines AutomatchManager::assignedEngines() const {
     const QList<EngineConfiguration>& registry = engines_.availableEngines();
-    if (!slot1_.engine) {
-        slot1_.engine = engines_.selectedWhiteEngine();
-        if (!slot1_.engine && !registry.isEmpty()) slot1_.engine = registry.first();
+    Engines assigned{slot1_.engine, slot2_.engine};
+    if (!assigned.engine1) {
+        assigned.engine1 = engines_.selectedWhiteEngine();
+        if (!assigned.engine1 && !registry.isEmpty()) assigned.engine1 = registry.first();
     }
-    if (slot2_.engine) return;  // also when it equals the other: an engine may play itself
-    slot2_.engine = engines_.selectedBlackEngine();
-    if (slot2_.engine || registry.isEmpty()) return;
+    if (assigned.engine2) return assigned;  // also when it equals the other: an engine may play itself
+    assigned.engine2 = engines_.selectedBlackEngine();
+    if (assigned.engine2 || registry.isEmpty()) return assigned;
     const auto other =
         std::find_if(registry.cbegin(), registry.cend(),
-                     [&](const EngineConfiguration& record) { return record.id != slot1_.engine->id; });
-    slot2_.engine = other == registry.cend() ? registry.first() : *other;
+                     [&](const EngineConfiguration& record) { return record.id != assigned.engine1->id; });
+    assigned.engine2 = other == registry.cend() ? registry.first() : *other;
+    return assigned;
+}
+
+void AutomatchManager::ensureEnginesAssigned() {
+    Engines assigned = assignedEngines();
+    slot1_.engine = std::move(assigned.engine1);
+    slot2_.engine = std::move(assigned.engine2);
 }
 
 void AutomatchManager::launchCurrentGame() {

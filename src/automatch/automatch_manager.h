@@ -55,6 +55,12 @@ class AutomatchManager : public QObject, public GameListener {
     /// The engine's name, or "Engine 1" and "Engine 2" while a slot is empty.
     QString engine1DisplayName() const;
     QString engine2DisplayName() const;
+    struct Engines {
+        std::optional<EngineConfiguration> engine1;
+        std::optional<EngineConfiguration> engine2;
+    };
+    /// Who would play if a game started now: an empty slot as the registry would fill it.
+    Engines assignedEngines() const;
 
     // The series.
     bool isAutomatchActive() const override { return isAutomatchActive_; }

@@ -15,7 +15,10 @@ enum class ExtraText {
     newGameSeatsEngine,  ///< an engine was chosen after the game had begun
     checkingEngine,
     showLivePosition,
-    laterTab,
+    noAutomatchGames,
+    seriesSettings,
+    matchStrength,    ///< what the difference and its companion in the scoreboard are
+    averageGameTime,  ///< of the games of a series
     board,
     squareEmpty,
     squareSelected,

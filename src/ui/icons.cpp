@@ -43,6 +43,8 @@ QLatin1String fileName(Icon icon) {
         case Icon::viewOnBoard: return QLatin1String("view_on_board");
         case Icon::add: return QLatin1String("add");
         case Icon::tune: return QLatin1String("tune");
+        case Icon::automatchStart: return QLatin1String("automatch_start");
+        case Icon::replay: return QLatin1String("replay");
         case Icon::chevronDown: return QLatin1String("chevron_down");
     }
     return {};

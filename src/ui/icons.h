@@ -40,6 +40,8 @@ enum class Icon {
     viewOnBoard,
     add,
     tune,
+    automatchStart,
+    replay,
     chevronDown,
 };
 

@@ -55,8 +55,8 @@ MainView::MainView(const Collaborators& with, QWidget* parent)
                Banner{new PlayerBannerView(with.theme, this), {}}},
       board_(new BoardView(with.game, with.loc, with.theme, with.system, this)),
       evaluationBar_(new EvaluationBarView(this)),
-      rightPanel_(
-          new RightPanelView(with.game, with.engines, with.loc, with.theme, with.exporter, with.time, this)),
+      rightPanel_(new RightPanelView(with.game, with.engines, with.loc, with.automatch, with.theme,
+                                     with.exporter, with.time, this)),
       notice_(new EngineNoticeView(with.game, with.engines, with.loc, with.theme, this)) {
     setMinimumSize(smallestSize);
     setAttribute(Qt::WA_OpaquePaintEvent);

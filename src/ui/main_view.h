@@ -10,6 +10,7 @@
 
 namespace orlix {
 
+class AutomatchManager;
 class BoardView;
 class EngineManager;
 class EngineNoticeView;
@@ -30,6 +31,7 @@ class MainView : public QWidget {
         GameManager& game;
         LocalizationManager& loc;
         EngineManager& engines;
+        AutomatchManager& automatch;
         PGNExporter& exporter;
         Theme& theme;
         const SystemSettings& system;

@@ -11,8 +11,8 @@
 #include "l10n/extra_texts.h"
 #include "l10n/localization_manager.h"
 #include "platform/time_source.h"
+#include "ui/panel/automatch_tab.h"
 #include "ui/panel/bottom_bar.h"
-#include "ui/panel/empty_tab.h"
 #include "ui/panel/engine_add_error.h"
 #include "ui/panel/engine_tab.h"
 #include "ui/panel/engines_tab.h"
@@ -82,7 +82,12 @@ QWidget* RightPanelView::Impl::makePage(int index) {
             QObject::connect(tab, &EngineTab::toastRequested, &view_, &RightPanelView::showToast);
             return tab;
         }
-        case automatchTab: return new EmptyTab(Icon::automatch, context_, &view_);
+        case automatchTab: {
+            auto* tab = new AutomatchTab(context_, &view_);
+            QObject::connect(tab, &AutomatchTab::addEngineRequested, &view_, [this] { addEngine(); });
+            QObject::connect(tab, &AutomatchTab::toastRequested, &view_, &RightPanelView::showToast);
+            return tab;
+        }
         case enginesTab: {
             auto* tab = new EnginesTab(context_, state_, &view_);
             tab->setCheckingEngine(isCheckingEngine_);
@@ -230,9 +235,11 @@ void RightPanelView::Impl::showEngineAddAlert() {
 }
 
 RightPanelView::RightPanelView(GameManager& game, EngineManager& engines, LocalizationManager& loc,
-                               Theme& theme, PGNExporter& exporter, TimeSource& time, QWidget* parent)
+                               AutomatchManager& automatch, Theme& theme, PGNExporter& exporter,
+                               TimeSource& time, QWidget* parent)
     : QWidget(parent),
-      impl_(std::make_unique<Impl>(PanelContext{game, engines, loc, theme, exporter, time}, *this)) {
+      impl_(
+          std::make_unique<Impl>(PanelContext{game, engines, loc, automatch, theme, exporter, time}, *this)) {
     setMinimumWidth(minimumPanelWidth);
     setMaximumWidth(maximumPanelWidth);
     setAttribute(Qt::WA_OpaquePaintEvent);

@@ -9,6 +9,7 @@
 
 namespace orlix {
 
+class AutomatchManager;
 class EngineManager;
 class GameManager;
 class LocalizationManager;
@@ -24,8 +25,9 @@ class RightPanelView : public QWidget {
     static constexpr int maximumPanelWidth = 460;
 
     /// All references outlive the view.
-    RightPanelView(GameManager& game, EngineManager& engines, LocalizationManager& loc, Theme& theme,
-                   PGNExporter& exporter, TimeSource& time, QWidget* parent = nullptr);
+    RightPanelView(GameManager& game, EngineManager& engines, LocalizationManager& loc,
+                   AutomatchManager& automatch, Theme& theme, PGNExporter& exporter, TimeSource& time,
+                   QWidget* parent = nullptr);
     ~RightPanelView() override;
 
     /// Shows tab `index`, 0 to 5; any other index is ignored. A tab is built when it is first shown.

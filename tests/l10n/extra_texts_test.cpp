@@ -36,8 +36,9 @@ TEST(ExtraTexts, placesForValuesAreTheSameInEveryLanguage) {
 }
 
 TEST(ExtraTexts, sentencesAreTranslated) {
-    for (const ExtraText id : {ExtraText::noEngineRegistered, ExtraText::showLivePosition,
-                               ExtraText::laterTab, ExtraText::squareLegalTarget, ExtraText::capturedBy}) {
+    for (const ExtraText id :
+         {ExtraText::noEngineRegistered, ExtraText::showLivePosition, ExtraText::noAutomatchGames,
+          ExtraText::squareLegalTarget, ExtraText::capturedBy}) {
         for (const Language language : {Language::german, Language::dutch, Language::french})
             EXPECT_NE(extraText(language, id), extraText(Language::english, id));
     }

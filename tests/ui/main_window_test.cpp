@@ -14,7 +14,7 @@ class MainWindowTest : public test::ShellTest {};
 
 TEST_F(MainWindowTest, opensAtItsDefaultSizeOrWhatTheScreenHas) {
     buildWindow();
-    const MainWindow fresh({*game, loc, *engines, *exporter, theme, system, time});
+    const MainWindow fresh({*game, loc, *engines, *automatch, *exporter, theme, system, time});
     const QSize room = fresh.screen()->availableSize();
     const QSize smallest = fresh.layout()->totalMinimumSize();
     EXPECT_EQ(smallest.width(), 1120);

@@ -7,7 +7,6 @@
 #include "ui/controls/text_label.h"
 #include "ui/move_list_view.h"
 #include "ui/panel/bottom_bar.h"
-#include "ui/panel/empty_tab.h"
 #include "ui/panel/new_game_tab.h"
 #include "ui/panel/tab_bar.h"
 #include "ui/panel/toast.h"
@@ -112,7 +111,6 @@ TEST_F(PanelCommands, tabsShowTheirPageAndAreBuiltWhenFirstShown) {
     EXPECT_EQ(panel->selectedTab(), 0);
     EXPECT_TRUE(panel->findChild<MoveListView*>());
     EXPECT_FALSE(panel->findChild<NewGameTab*>());
-    EXPECT_FALSE(panel->findChild<EmptyTab*>());
     click(find("tab_new_game"));
     EXPECT_EQ(panel->selectedTab(), 3);
     EXPECT_TRUE(find<NewGameTab>("")->isVisible());
@@ -166,20 +164,6 @@ TEST_F(PanelCommands, anIndexThatNoTabHasIsIgnored) {
     for (const int index : {-1, 6, 1000}) {
         panel->setSelectedTab(index);
         EXPECT_EQ(panel->selectedTab(), 5);
-    }
-}
-
-TEST_F(PanelCommands, theTabToComeSaysThatItIsEmpty) {
-    for (const int index : {2}) {
-        panel->setSelectedTab(index);
-        for (const Language language : allLanguages) {
-            loc->setCurrentLanguage(language);
-            bool isSaid = false;
-            for (const auto* label : panel->findChildren<TextLabel*>()) {
-                isSaid |= label->isVisible() && label->text() == extraText(language, ExtraText::laterTab);
-            }
-            EXPECT_TRUE(isSaid) << index;
-        }
     }
 }
 

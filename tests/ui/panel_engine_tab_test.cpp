@@ -493,7 +493,8 @@ TEST_F(EngineTabFlood, theWindowStaysUsableAndTheConsoleCurrent) {
         std::make_unique<GameManager>(clock, *engines, sounds, [this](const EngineConfiguration& config) {
             return std::make_unique<UCIEngineProcess>(config, launcher_, realFiles_);
         });
-    RightPanelView view(*running, *engines, *loc, theme, exporter, clock);
+    AutomatchManager series(clock, *running, *engines, sounds);
+    RightPanelView view(*running, *engines, *loc, series, theme, exporter, clock);
     view.resize(400, 900);
     view.show();
     view.setSelectedTab(1);
@@ -515,7 +516,6 @@ TEST_F(EngineTabFlood, theWindowStaysUsableAndTheConsoleCurrent) {
     EXPECT_LE(console->refreshCount() - refreshes, 30 * seconds + 2);
     EXPECT_LE(paints.count, 30 * seconds + 2);
     EXPECT_GE(gaps.ticks(), 20U) << "two seconds of lines, and the window turned between them";
-    running.reset();
 }
 
 }  // namespace

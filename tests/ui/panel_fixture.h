@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "automatch/automatch_manager.h"
 #include "engine/engine_manager.h"
 #include "engine/uci_engine_process.h"
 #include "game/game_manager.h"
@@ -101,9 +102,10 @@ class PanelTest : public testing::Test {
             std::make_unique<GameManager>(time, *engines, sounds, [this](const EngineConfiguration& config) {
                 return std::make_unique<UCIEngineProcess>(config, launcher, files);
             });
+        automatch = std::make_unique<AutomatchManager>(time, *game, *engines, sounds);
         loc = std::make_unique<LocalizationManager>(defaults, system);
         theme.setScheme(Theme::Scheme::light);
-        panel = std::make_unique<RightPanelView>(*game, *engines, *loc, theme, exporter, time);
+        panel = std::make_unique<RightPanelView>(*game, *engines, *loc, *automatch, theme, exporter, time);
         panel->resize(RightPanelView::minimumPanelWidth, panelHeight);
         panel->show();
         panel->activateWindow();
@@ -158,6 +160,7 @@ class PanelTest : public testing::Test {
     PGNExporter exporter{dialogs, store, pasteboard};
     std::unique_ptr<EngineManager> engines;
     std::unique_ptr<GameManager> game;
+    std::unique_ptr<AutomatchManager> automatch;
     std::unique_ptr<LocalizationManager> loc;
     std::unique_ptr<RightPanelView> panel;
 };

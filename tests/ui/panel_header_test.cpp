@@ -186,8 +186,8 @@ TEST(PanelColors, everyTextReachesItsContrast) {
                 << "tone " << static_cast<int>(tone) << " scheme " << static_cast<int>(scheme);
         }
         using Look = PanelButton::Look;
-        for (const Look look : {Look::primary, Look::secondary, Look::onCard, Look::destructive, Look::tab,
-                                Look::segment, Look::chip, Look::option}) {
+        for (const Look look : {Look::primary, Look::secondary, Look::onCard, Look::destructive,
+                                Look::alarming, Look::tab, Look::segment, Look::chip, Look::option}) {
             for (const bool isChecked : {false, true}) {
                 for (const bool isHovered : {false, true}) {
                     const auto colors = PanelButton::colors(look, isChecked, isHovered, theme);

@@ -23,9 +23,10 @@ class PanelTabsTest : public testing::Test {
             std::make_unique<GameManager>(time, *engines, sounds, [this](const EngineConfiguration& config) {
                 return std::make_unique<UCIEngineProcess>(config, processes(), fileTests());
             });
+        automatch = std::make_unique<AutomatchManager>(time, *game, *engines, sounds);
         loc = std::make_unique<LocalizationManager>(defaults, system);
         theme.setScheme(Theme::Scheme::light);
-        panel = std::make_unique<RightPanelView>(*game, *engines, *loc, theme, exporter, time);
+        panel = std::make_unique<RightPanelView>(*game, *engines, *loc, *automatch, theme, exporter, time);
         panel->resize(RightPanelView::minimumPanelWidth, panelHeight);
         panel->show();
         panel->activateWindow();
@@ -33,6 +34,7 @@ class PanelTabsTest : public testing::Test {
     }
     void TearDown() override {
         panel.reset();
+        automatch.reset();
         game.reset();
     }
 
@@ -113,6 +115,7 @@ class PanelTabsTest : public testing::Test {
     PGNExporter exporter{dialogs, store, pasteboard};
     std::unique_ptr<EngineManager> engines;
     std::unique_ptr<GameManager> game;
+    std::unique_ptr<AutomatchManager> automatch;
     std::unique_ptr<LocalizationManager> loc;
     std::unique_ptr<RightPanelView> panel;
 };

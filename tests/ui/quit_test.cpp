@@ -29,6 +29,7 @@ TEST_F(Quit, closingTheWindowQuitsAndNoEngineIsLeft) {
     EXPECT_EQ(runEventLoop(), 0);
 
     window.reset();
+    automatch.reset();
     game.reset();
     EXPECT_TRUE(launcher.engines()[0].isTerminated);
 }

@@ -23,6 +23,8 @@ struct PictureOf {
 std::vector<PictureOf> gamePictures();
 /// The panel's tabs and what they open: each state once.
 std::vector<PictureOf> tabPictures();
+/// A series of engine games in the panel: each state once, the fullest in every language and scheme.
+std::vector<PictureOf> seriesPictures();
 /// The three fullest views in every language and scheme.
 std::vector<PictureOf> fullestPictures();
 

@@ -77,7 +77,7 @@ int main(int argc, char** argv) {
         orlix::test::makeContactSheets(arguments.last());
     } else {
         using namespace orlix::test;
-        for (const auto& pictures : {gamePictures(), tabPictures(), fullestPictures()}) {
+        for (const auto& pictures : {gamePictures(), tabPictures(), seriesPictures(), fullestPictures()}) {
             for (const PictureOf& picture : pictures)
                 render(arguments.last(), picture);
         }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 
+#include "automatch/automatch_manager.h"
 #include "engine/engine_manager.h"
 #include "engine/uci_engine_process.h"
 #include "game/game_manager.h"
@@ -145,6 +146,7 @@ struct Shell {
     LocalizationManager loc{defaults, system};
     std::unique_ptr<EngineManager> engines;
     std::unique_ptr<GameManager> game;
+    std::unique_ptr<AutomatchManager> automatch;
     std::unique_ptr<PGNExporter> exporter;
     std::unique_ptr<MainWindow> window;
 
@@ -158,15 +160,19 @@ struct Shell {
         system.enginePaths.append(puppetPath);
     }
     void buildWindow() {
+        // What an earlier window was built on goes after whatever refers to it.
+        window.reset();
+        automatch.reset();
         engines = std::make_unique<EngineManager>(
             EngineManager::Platform{defaults, fileTests, system, launcher, dialogs});
         game =
             std::make_unique<GameManager>(time, *engines, sounds, [this](const EngineConfiguration& config) {
                 return std::make_unique<UCIEngineProcess>(config, launcher, fileTests);
             });
+        automatch = std::make_unique<AutomatchManager>(time, *game, *engines, sounds);
         exporter = std::make_unique<PGNExporter>(dialogs, files, pasteboard);
         window = std::make_unique<MainWindow>(
-            MainView::Collaborators{*game, loc, *engines, *exporter, theme, system, time});
+            MainView::Collaborators{*game, loc, *engines, *automatch, *exporter, theme, system, time});
         window->resize(MainWindow::defaultSize);  // whatever the offscreen screen's size
     }
     void showWindow() {

@@ -23,6 +23,7 @@ Measures measures(PanelButton::Look look, PanelButton::Arrangement arrangement) 
     const bool isColumn = arrangement == PanelButton::Arrangement::column;
     switch (look) {
         case PanelButton::Look::primary:
+        case PanelButton::Look::alarming:
             return isColumn ? Measures{2, 6, 36, 18, 3, 9} : Measures{12, 8, 40, 18, 8, 10};
         case PanelButton::Look::secondary:
             return isColumn ? Measures{2, 6, 36, 18, 3, 9} : Measures{12, 6, 36, 18, 8, 10};
@@ -48,7 +49,8 @@ QFont typeface(PanelButton::Look look, PanelButton::Arrangement arrangement, boo
 bool isStrong(PanelButton::Look look, PanelButton::Arrangement arrangement, bool isChecked) {
     using Look = PanelButton::Look;
     // In a column the colour alone tells it, for the same reason.
-    return (look == Look::primary && arrangement == PanelButton::Arrangement::row) ||
+    const bool isLoud = look == Look::primary || look == Look::alarming;
+    return (isLoud && arrangement == PanelButton::Arrangement::row) ||
            (isChecked && (look == Look::segment || look == Look::chip));
 }
 
@@ -72,6 +74,11 @@ PanelButton::Colors PanelButton::colors(Look look, bool isChecked, bool isHovere
         case Look::primary: {
             const QColor accent = theme.color(ColorRole::accent);
             return {isHovered ? (isDark ? accent.lighter(106) : accent.darker(108)) : accent,
+                    theme.color(ColorRole::accentText)};
+        }
+        case Look::alarming: {
+            const QColor bad = theme.color(ColorRole::bad);
+            return {isHovered ? (isDark ? bad.lighter(106) : bad.darker(108)) : bad,
                     theme.color(ColorRole::accentText)};
         }
         case Look::secondary: return {onPanel, text};

@@ -17,10 +17,11 @@ class PanelButton : public ControlButton, public ShowsText {
         secondary,  ///< any other command
         onCard,     ///< any other command, on a card: outlined
         destructive,
-        tab,      ///< one of the tabs: highlighted while checked
-        segment,  ///< one part of a segmented control: raised while checked
-        chip,     ///< a pill: filled while checked
-        option,   ///< a row of a picker's list: ticked while checked
+        alarming,  ///< ends what is running, in the bad colour
+        tab,       ///< one of the tabs: highlighted while checked
+        segment,   ///< one part of a segmented control: raised while checked
+        chip,      ///< a pill: filled while checked
+        option,    ///< a row of a picker's list: ticked while checked
     };
     enum class Arrangement { row, column };  ///< symbol beside the label, or above it
 

@@ -89,6 +89,11 @@ void EloEditor::setPartNames(const QString& name) {
     strength_->setObjectName(name + QStringLiteral("Strength"));
 }
 
+void EloEditor::setCaption(const QString& caption) {
+    caption_ = caption;
+    retranslate();
+}
+
 void EloEditor::takeElo(qint64 elo) {
     if (elo == elo_) return;
     setStrength(limitElo_, elo);
@@ -120,8 +125,10 @@ void EloEditor::showStrength(qint64 elo) {
 void EloEditor::retranslate() {
     const auto& loc = context_.loc;
     switchCaption_->setText(loc.text(switchKey_));
-    limit_->setAccessibleName(loc.text(switchKey_));
-    slider_->setAccessibleName(loc.text(switchKey_) + QStringLiteral(": ") + loc.text("elo_rating"));
+    const QString name =
+        caption_.isEmpty() ? loc.text(switchKey_) : caption_ + QStringLiteral(": ") + loc.text(switchKey_);
+    limit_->setAccessibleName(name);
+    slider_->setAccessibleName(name + QStringLiteral(": ") + loc.text("elo_rating"));
     slider_->setToolTip(loc.text("elo_slider_help"));
     presets_->setLabels(eloPresetTexts(loc));
 }

@@ -47,6 +47,8 @@ class EloEditor : public QWidget {
     qint64 elo() const { return elo_; }
     /// Prefixes the object names of the parts: "<name>Limit", "<name>Elo", "<name>Presets", "<name>Strength".
     void setPartNames(const QString& name);
+    /// Whose strength it is, read out before each part's own name where there are several editors.
+    void setCaption(const QString& caption);
 
   Q_SIGNALS:
     /// By the user. A slider that is dragged says so once, when it is let go.
@@ -58,6 +60,7 @@ class EloEditor : public QWidget {
     void retranslate();
 
     const char* switchKey_;
+    QString caption_;
     PanelContext context_;
     bool limitElo_ = false;
     qint64 elo_ = 1800;

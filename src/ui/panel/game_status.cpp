@@ -1,6 +1,8 @@
 #include "ui/panel/game_status.h"
 
+#include "automatch/automatch_manager.h"
 #include "game/game_manager.h"
+#include "ui/panel/automatch_formats.h"
 
 namespace orlix {
 
@@ -61,6 +63,19 @@ GameStatus gameStatus(const GameManager& game) {
         return {QStringLiteral("status_check"), StatusTone::check, Icon::warning, turn};
     }
     return {turn, StatusTone::playing, std::nullopt, QStringLiteral("status_active")};
+}
+
+GameStatus gameStatus(const GameManager& game, const AutomatchManager& series) {
+    GameStatus status = gameStatus(game);
+    if (!series.isAutomatchActive()) return status;
+    const QString number = QStringLiteral("automatch_game_n");
+    // In the narrow header a line may break before the count, not within it.
+    const QString count =
+        u' ' + gamesText(series.currentGameIndex(), series.totalGames()).trimmed().replace(u' ', QChar(0xA0));
+    if (series.isAutomatchPaused())
+        return {QStringLiteral("automatch_paused"), StatusTone::paused, Icon::pause, number, count};
+    if (status.tone != StatusTone::playing) return status;
+    return {QStringLiteral("automatch_in_progress"), StatusTone::playing, std::nullopt, number, count};
 }
 
 StatusColors statusColors(StatusTone tone, const Theme& theme) {

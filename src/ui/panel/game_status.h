@@ -9,6 +9,7 @@
 
 namespace orlix {
 
+class AutomatchManager;
 class GameManager;
 
 enum class StatusTone { playing, check, paused, drawn, won };
@@ -17,13 +18,18 @@ struct GameStatus {
     QString key;
     StatusTone tone = StatusTone::playing;
     std::optional<Icon> symbol;
-    QString secondaryKey;  ///< empty when there is nothing more to say
+    QString secondaryKey;         ///< empty when there is nothing more to say
+    QString secondaryCount = {};  ///< written behind it
 
     bool operator==(const GameStatus&) const = default;
 };
 
 /// The end of the game before a pause, a pause before a check, a check before whose turn it is.
 GameStatus gameStatus(const GameManager& game);
+
+/// The same while no series runs. A series that is paused comes before everything; one that goes on takes the
+/// place of whose turn it is, which changes too often to be read.
+GameStatus gameStatus(const GameManager& game, const AutomatchManager& series);
 
 struct StatusColors {
     QColor ground;

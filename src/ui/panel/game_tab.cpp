@@ -8,6 +8,7 @@
 #include "ui/controls/card.h"
 #include "ui/controls/panel_button.h"
 #include "ui/move_list_view.h"
+#include "ui/panel/automatch_widget.h"
 #include "ui/theme.h"
 
 namespace orlix {
@@ -16,6 +17,7 @@ GameTab::GameTab(const PanelContext& context, QWidget* parent)
     : QWidget(parent), context_(context), layout_(new QVBoxLayout(this)) {
     layout_->setContentsMargins(metrics::space4, metrics::space4, metrics::space4, metrics::space4);
     layout_->setSpacing(metrics::space3);
+    layout_->addWidget(new AutomatchWidget(context, this));
     auto* card = new Card(context.theme, this);
     // The list is opaque and square: it keeps clear of the card's round corners.
     card->content()->setContentsMargins(4, 6, 2, 6);

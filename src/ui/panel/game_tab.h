@@ -1,4 +1,5 @@
-// The game as it stands: its moves, and the way back from an inspected position.
+// The game as it stands: the series that it belongs to, its moves, and the way back from an inspected
+// position.
 #pragma once
 
 #include <QWidget>

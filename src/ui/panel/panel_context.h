@@ -8,6 +8,7 @@
 
 namespace orlix {
 
+class AutomatchManager;
 class EngineManager;
 class GameManager;
 class LocalizationManager;
@@ -19,6 +20,7 @@ struct PanelContext {
     GameManager& game;
     EngineManager& engines;
     LocalizationManager& loc;
+    AutomatchManager& automatch;
     Theme& theme;
     PGNExporter& exporter;
     TimeSource& time;

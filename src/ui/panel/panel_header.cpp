@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QtMath>
 
+#include "automatch/automatch_manager.h"
 #include "game/game_manager.h"
 #include "l10n/localization_manager.h"
 #include "ui/controls/picker_button.h"
@@ -86,15 +87,18 @@ PanelHeader::PanelHeader(const PanelContext& context, QWidget* parent)
         context_.loc.setCurrentLanguage(allLanguages[static_cast<std::size_t>(index)]);
     });
     connect(&context_.game, &GameManager::changed, this, &PanelHeader::takeGame);
+    connect(&context_.automatch, &AutomatchManager::changed, this, &PanelHeader::takeGame);
     connect(&context_.loc, &LocalizationManager::changed, this, &PanelHeader::retranslate);
 }
 
 void PanelHeader::takeGame() {
-    const GameStatus status = gameStatus(context_.game);
+    const GameStatus status = gameStatus(context_.game, context_.automatch);
     if (isShown_ && status == badge_->status()) return;
     isShown_ = true;
     badge_->setStatus(status, context_.loc.text(status.key));
-    secondary_->setText(status.secondaryKey.isEmpty() ? QString() : context_.loc.text(status.secondaryKey));
+    secondary_->setText(status.secondaryKey.isEmpty()
+                            ? QString()
+                            : context_.loc.text(status.secondaryKey) + status.secondaryCount);
     arrange();
 }
 
