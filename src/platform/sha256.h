@@ -7,6 +7,7 @@
 
 namespace orlix {
 
+/// The constructor throws std::runtime_error where the system has no such library.
 class Sha256 {
   public:
     Sha256();

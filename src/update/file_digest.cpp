@@ -27,17 +27,19 @@ std::size_t readChunk(int descriptor, std::vector<char>& chunk) {
 
 }  // namespace
 
-QString sha256(const QString& path) {
+QString sha256(const QString& path, const std::atomic<bool>* isCancelled) {
     const UniqueFd file(open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
     if (!file) throw SystemError::fromErrno(errno);
-    return sha256OfDescriptor(file.get());
+    return sha256OfDescriptor(file.get(), isCancelled);
 }
 
-QString sha256OfDescriptor(int descriptor) {
+QString sha256OfDescriptor(int descriptor, const std::atomic<bool>* isCancelled) {
     Sha256 digest;
     std::vector<char> chunk(chunkSize);
-    while (const std::size_t count = readChunk(descriptor, chunk))
+    while (const std::size_t count = readChunk(descriptor, chunk)) {
+        if (isCancelled != nullptr && *isCancelled) throw SystemError::fromErrno(ECANCELED);
         digest.add(chunk.data(), count);
+    }
     return QString::fromStdString(digest.finish());
 }
 

@@ -1,36 +1,77 @@
-// SHA-256 by libcrypto.
+// SHA-256 by libcrypto, which is loaded with the first digest: bound to the program, it would cost every
+// start a millisecond and most starts need none.
+#include <dlfcn.h>
 #include <openssl/evp.h>
 
-#include <new>
+#include <stdexcept>
 
 #include "platform/hexadecimal.h"
 #include "platform/sha256.h"
 
 namespace orlix {
+namespace {
+
+/// The functions of the library in use, or none of them.
+struct Library {
+    decltype(&EVP_MD_CTX_new) newContext = nullptr;
+    decltype(&EVP_MD_CTX_free) freeContext = nullptr;
+    decltype(&EVP_sha256) sha256 = nullptr;
+    decltype(&EVP_DigestInit_ex) init = nullptr;
+    decltype(&EVP_DigestUpdate) update = nullptr;
+    decltype(&EVP_DigestFinal_ex) finish = nullptr;
+
+    bool isLoaded() const { return newContext && freeContext && sha256 && init && update && finish; }
+};
+
+template <typename Function>
+void resolve(void* handle, const char* name, Function& function) {
+    function = reinterpret_cast<Function>(dlsym(handle, name));
+}
+
+const Library& library() {
+    static const Library loaded = [] {
+        Library functions;
+        if (void* handle = dlopen(ORLIX_LIBCRYPTO, RTLD_NOW | RTLD_LOCAL)) {
+            resolve(handle, "EVP_MD_CTX_new", functions.newContext);
+            resolve(handle, "EVP_MD_CTX_free", functions.freeContext);
+            resolve(handle, "EVP_sha256", functions.sha256);
+            resolve(handle, "EVP_DigestInit_ex", functions.init);
+            resolve(handle, "EVP_DigestUpdate", functions.update);
+            resolve(handle, "EVP_DigestFinal_ex", functions.finish);
+        }
+        return functions;
+    }();
+    return loaded;
+}
+
+}  // namespace
 
 struct Sha256::State {
-    EVP_MD_CTX* context = EVP_MD_CTX_new();
     State() {
-        // Both fail for lack of memory only.
-        if (context == nullptr || EVP_DigestInit_ex(context, EVP_sha256(), nullptr) != 1)
-            throw std::bad_alloc();
+        if (!library().isLoaded()) throw std::runtime_error(ORLIX_LIBCRYPTO " cannot be loaded");
+        context = library().newContext();
+        if (context != nullptr && library().init(context, library().sha256(), nullptr) == 1) return;
+        library().freeContext(context);
+        throw std::runtime_error(ORLIX_LIBCRYPTO " has no SHA-256");
     }
-    ~State() { EVP_MD_CTX_free(context); }
+    ~State() { library().freeContext(context); }
     State(const State&) = delete;
     State& operator=(const State&) = delete;
+
+    EVP_MD_CTX* context = nullptr;
 };
 
 Sha256::Sha256() : state_(std::make_unique<State>()) {}
 Sha256::~Sha256() = default;
 
 void Sha256::add(const void* bytes, std::size_t size) {
-    EVP_DigestUpdate(state_->context, bytes, size);
+    library().update(state_->context, bytes, size);
 }
 
 std::string Sha256::finish() {
     unsigned char digest[EVP_MAX_MD_SIZE];
     unsigned int length = 0;
-    EVP_DigestFinal_ex(state_->context, digest, &length);
+    library().finish(state_->context, digest, &length);
     return hexadecimal(digest, length);
 }
 

@@ -32,6 +32,9 @@ class FileActions {
     void duplicate(int from, int to) {
         if (error_ == 0) error_ = posix_spawn_file_actions_adddup2(&actions_, from, to);
     }
+    void openNothing(int fd, int flags) {
+        if (error_ == 0) error_ = posix_spawn_file_actions_addopen(&actions_, fd, "/dev/null", flags, 0);
+    }
     void closeAllOthers() {
 #if !defined(__APPLE__)  // there an attribute does it
         if (error_ == 0) error_ = posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
@@ -49,9 +52,11 @@ class FileActions {
     int error_ = 0;
 };
 
+enum class Belonging { ownGroup, ownSession };
+
 class Attributes {
   public:
-    Attributes() {
+    explicit Attributes(Belonging belonging) {
         error_ = posix_spawnattr_init(&attributes_);
         sigset_t none;
         sigemptyset(&none);
@@ -59,7 +64,8 @@ class Attributes {
         sigfillset(&all);
         sigdelset(&all, SIGKILL);
         sigdelset(&all, SIGSTOP);
-        int flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+        int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+        flags |= belonging == Belonging::ownGroup ? POSIX_SPAWN_SETPGROUP : POSIX_SPAWN_SETSID;
 #if defined(__APPLE__)
         flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
 #endif
@@ -85,6 +91,17 @@ class Attributes {
     posix_spawnattr_t attributes_;
     int error_ = 0;
 };
+
+int spawn(pid_t& pid, const std::string& path, const std::vector<std::string>& arguments,
+          const FileActions& actions, const Attributes& attributes) {
+    if (actions.error() != 0) return actions.error();
+    if (attributes.error() != 0) return attributes.error();
+    std::vector<char*> argv{const_cast<char*>(path.c_str())};
+    for (const std::string& argument : arguments)
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    return posix_spawn(&pid, path.c_str(), actions.get(), attributes.get(), argv.data(), environ);
+}
 
 }  // namespace
 
@@ -128,16 +145,7 @@ SpawnedChild spawnChild(const std::string& path, const std::vector<std::string>&
     actions.duplicate(output[1].get(), STDOUT_FILENO);
     actions.duplicate(errorPipe == ErrorPipe::own ? errors[1].get() : output[1].get(), STDERR_FILENO);
     actions.closeAllOthers();
-    const Attributes attributes;
-    child.error = actions.error() != 0 ? actions.error() : attributes.error();
-    if (child.error != 0) return child;
-
-    std::vector<char*> argv{const_cast<char*>(path.c_str())};
-    for (const std::string& argument : arguments)
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    argv.push_back(nullptr);
-    child.error =
-        posix_spawn(&child.pid, path.c_str(), actions.get(), attributes.get(), argv.data(), environ);
+    child.error = spawn(child.pid, path, arguments, actions, Attributes(Belonging::ownGroup));
     if (child.error != 0) {
         child.pid = -1;
         return child;
@@ -146,6 +154,16 @@ SpawnedChild spawnChild(const std::string& path, const std::vector<std::string>&
     child.output = std::move(output[0]);
     child.errors = std::move(errors[0]);
     return child;
+}
+
+int spawnDetached(const std::string& path, const std::vector<std::string>& arguments) {
+    FileActions actions;
+    actions.openNothing(STDIN_FILENO, O_RDONLY);
+    actions.openNothing(STDOUT_FILENO, O_WRONLY);
+    actions.openNothing(STDERR_FILENO, O_WRONLY);
+    actions.closeAllOthers();
+    pid_t pid = -1;
+    return spawn(pid, path, arguments, actions, Attributes(Belonging::ownSession));
 }
 
 }  // namespace orlix

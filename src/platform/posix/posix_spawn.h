@@ -27,6 +27,10 @@ enum class ErrorPipe {
 SpawnedChild spawnChild(const std::string& path, const std::vector<std::string>& arguments,
                         ErrorPipe errorPipe = ErrorPipe::shared);
 
+/// Starts a program that lives on without this one: in a session of its own, with nothing to read and nowhere
+/// to write. Nobody reaps it while this program runs. 0 or errno.
+int spawnDetached(const std::string& path, const std::vector<std::string>& arguments);
+
 /// A pipe whose ends no child inherits; ends 0 (reading) and 1 (writing) are above the standard descriptors.
 /// False, with errno set, when there is none to be had.
 bool makePipe(UniqueFd (&ends)[2]);

@@ -1,0 +1,158 @@
+#include "update/update_controller.h"
+
+#include <cassert>
+#include <utility>
+
+#include "update/update_error.h"
+#include "update/update_service.h"
+
+namespace orlix {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto launchCheckDelay = 4s;
+constexpr int threadCount = 2;  // a check beside an installation
+
+UpdateController* registered = nullptr;
+
+}  // namespace
+
+UpdateController& UpdateController::shared() {
+    assert(registered != nullptr);
+    return *registered;
+}
+
+void UpdateController::registerShared(UpdateController* instance) {
+    registered = instance;
+}
+
+UpdateController::UpdateController(UpdateService& service, TimeSource& time,
+                                   std::function<void()> requestTermination, QObject* parent)
+    : QObject(parent), service_(service), time_(time), requestTermination_(std::move(requestTermination)) {
+    threads_.setMaxThreadCount(threadCount);
+}
+
+UpdateController::~UpdateController() {
+    service_.cancel();
+    threads_.waitForDone();
+}
+
+void UpdateController::assign(const State& state) {
+    if (state == state_) return;
+    state_ = state;
+    Q_EMIT changed();
+}
+
+void UpdateController::setPresented(bool isPresented) {
+    State state = state_;
+    state.isPresented = isPresented;
+    assign(state);
+}
+
+// Results come back as events to this object: should it be gone, so are they; and it waits for the work
+// before it goes.
+template <class Work, class Done>
+void UpdateController::inBackground(Work work, Done done) {
+    threads_.start([this, work = std::move(work), done = std::move(done)] {
+        auto result = work();
+        QMetaObject::invokeMethod(
+            this, [done, result = std::move(result)] { done(result); }, Qt::QueuedConnection);
+    });
+}
+
+void UpdateController::handleLaunch() {
+    if (const auto result = service_.consumeInstallStatus()) {
+        State state = state_;
+        state.message = result->message;
+        state.failed = !result->succeeded;
+        state.isPresented = true;
+        assign(state);
+    }
+    if (service_.checksAtLaunch())
+        launchTimer_ = time_.after(launchCheckDelay, [this] { checkForUpdates(true); });
+}
+
+void UpdateController::checkForUpdates(bool silent) {
+    if (state_.isChecking) return;
+    State state = state_;
+    state.isChecking = true;
+    state.failed = false;
+    state.message = QStringLiteral("Checking for updates…");
+    if (!silent) state.isPresented = true;
+    assign(state);
+    inBackground([this] { return service_.check(); },
+                 [this](const CheckResult& result) { applyCheck(result); });
+}
+
+void UpdateController::applyCheck(const CheckResult& result) {
+    State state = state_;
+    state.isChecking = false;
+    state.availableUpdate.reset();
+    if (const auto* upToDate = std::get_if<UpToDate>(&result)) {
+        state.message = QStringLiteral("Velmorandix Orlix is up to date (version ") + upToDate->version +
+                        QStringLiteral(").");
+    } else if (const auto* available = std::get_if<UpdateAvailable>(&result)) {
+        state.availableUpdate = available->info;
+        state.message.reset();
+        state.isPresented = true;
+    } else if (const auto* failure = std::get_if<CheckFailed>(&result)) {
+        state.message = QStringLiteral("Update check failed: ") + failure->message;
+        state.failed = true;
+    }
+    assign(state);
+}
+
+void UpdateController::install() {
+    if (!state_.availableUpdate || state_.isInstalling) return;
+    State state = state_;
+    state.isInstalling = true;
+    state.failed = false;
+    state.message = QStringLiteral("Downloading and verifying Velmorandix Orlix ") +
+                    state.availableUpdate->version + QStringLiteral("…");
+    assign(state);
+    inBackground(
+        [this, info = *state.availableUpdate] {
+            try {
+                service_.scheduleInstallation(service_.prepareForInstallation(info));
+            } catch (const UpdateError& error) {
+                return std::optional(error.errorDescription());
+            } catch (const std::exception& error) {  // such as a lack of memory
+                return std::optional(QString::fromLocal8Bit(error.what()));
+            }
+            return std::optional<QString>();
+        },
+        [this](const std::optional<QString>& error) { finishInstallation(error); });
+}
+
+void UpdateController::finishInstallation(const std::optional<QString>& error) {
+    State state = state_;
+    state.isInstalling = false;
+    if (error) {
+        state.message = *error;
+        state.failed = true;
+        assign(state);
+        return;
+    }
+    state.message = QStringLiteral("Update verified. Velmorandix Orlix will now install and relaunch.");
+    state.isPresented = false;
+    assign(state);
+    requestTermination_();
+}
+
+TerminationReply UpdateController::launchScheduledInstallerIfNeeded() {
+    try {
+        service_.launchScheduledInstaller();
+    } catch (const UpdateError& error) {
+        service_.forgetScheduledInstaller();
+        State state = state_;
+        state.message = QStringLiteral("Could not start the updater: ") + error.errorDescription();
+        state.failed = true;
+        state.isPresented = true;
+        assign(state);
+        return TerminationReply::terminateCancel;
+    }
+    return TerminationReply::terminateNow;
+}
+
+}  // namespace orlix
