@@ -9,10 +9,10 @@ namespace orlix {
 
 /// Each only when the property is there and is text.
 struct BundleInfo {
-    std::optional<QString> identifier;    ///< "CFBundleIdentifier"
-    std::optional<QString> shortVersion;  ///< "CFBundleShortVersionString"
-    std::optional<QString> version;       ///< "CFBundleVersion": the build
-    std::optional<QString> executable;    ///< "CFBundleExecutable": the name of its program
+    std::optional<QString> identifier = std::nullopt;    ///< "CFBundleIdentifier"
+    std::optional<QString> shortVersion = std::nullopt;  ///< "CFBundleShortVersionString"
+    std::optional<QString> version = std::nullopt;       ///< "CFBundleVersion": the build
+    std::optional<QString> executable = std::nullopt;    ///< "CFBundleExecutable": the name of its program
 
     bool operator==(const BundleInfo&) const = default;
 };
