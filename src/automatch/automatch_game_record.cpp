@@ -52,7 +52,7 @@ bool read(const QJsonValue& value, QDateTime& out) {
 
 bool read(const QJsonValue& value, QStringList& out) {
     const QJsonArray array = value.toArray();
-    for (const QJsonValue& element : array) {
+    for (const QJsonValue element : array) {
         if (!element.isString()) return false;
         out.append(element.toString());
     }

@@ -99,7 +99,7 @@ std::optional<QList<EngineConfiguration>> engineConfigurationsFromJson(const QBy
     if (error.error != QJsonParseError::NoError || !document.isArray()) return std::nullopt;
     QList<EngineConfiguration> engines;
     const QJsonArray array = document.array();
-    for (const QJsonValue& value : array) {
+    for (const QJsonValue value : array) {
         EngineConfiguration engine;
         if (!read(value, engine)) return std::nullopt;
         engines.append(engine);

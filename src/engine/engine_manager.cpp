@@ -106,11 +106,11 @@ class EngineManager::Impl {
         TestCompletion completion;
     };
 
-    std::mutex mutex;  // guards the finished tests, which come from the tests' threads
-    std::vector<FinishedTest> finished;
-    Waker testsFinished{[this] { finishTests(); }};
-    quint64 testsStarted = 0;
-    std::map<quint64, RunningTest> tests;  // last: a test's thread uses what stands above
+    std::mutex mutex_;  // guards the finished tests, which come from the tests' threads
+    std::vector<FinishedTest> finished_;
+    Waker testsFinished_{[this] { finishTests(); }};
+    quint64 testsStarted_ = 0;
+    std::map<quint64, RunningTest> tests_;  // last: a test's thread uses what stands above
 };
 
 std::optional<QString> EngineManager::Impl::siblingPath() const {
@@ -164,26 +164,26 @@ void EngineManager::Impl::setupDefaultSelection(std::optional<EngineConfiguratio
 }
 
 void EngineManager::Impl::startTest(const QString& path, TestCompletion completion) {
-    const quint64 number = ++testsStarted;
-    RunningTest& running = tests[number];
+    const quint64 number = ++testsStarted_;
+    RunningTest& running = tests_[number];
     running.completion = std::move(completion);
     running.test =
         std::make_unique<EngineTest>(platform.launcher, path, [this, number](EngineTestOutcome outcome) {
-            const std::lock_guard lock(mutex);
-            finished.push_back({number, std::move(outcome)});
-            testsFinished.wake();
+            const std::lock_guard lock(mutex_);
+            finished_.push_back({number, std::move(outcome)});
+            testsFinished_.wake();
         });
 }
 
 void EngineManager::Impl::finishTests() {
     std::vector<FinishedTest> taken;
     {
-        const std::lock_guard lock(mutex);
-        taken.swap(finished);
+        const std::lock_guard lock(mutex_);
+        taken.swap(finished_);
     }
     const QPointer<EngineManager> manager(&owner);
     for (FinishedTest& test : taken) {
-        const auto running = tests.extract(test.number);
+        const auto running = tests_.extract(test.number);
         if (!running.mapped().completion) continue;
         running.mapped().completion({test.outcome.success, std::move(test.outcome.engineName),
                                      std::move(test.outcome.author), std::move(test.outcome.error)});

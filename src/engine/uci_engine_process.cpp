@@ -46,15 +46,15 @@ class UCIEngineProcess::Impl {
     Impl(UCIEngineProcess& process, EngineConfiguration configuration, ProcessLauncher& processLauncher,
          const FileTests& fileTests)
         : owner(process), config(std::move(configuration)), launcher(processLauncher), files(fileTests) {
-        nextTurn.setSingleShot(true);
-        nextTurn.setTimerType(Qt::PreciseTimer);
-        nextTurn.setInterval(1);
-        connect(&nextTurn, &QTimer::timeout, &owner, [this] { onNextTurn(); });
+        nextTurn_.setSingleShot(true);
+        nextTurn_.setTimerType(Qt::PreciseTimer);
+        nextTurn_.setInterval(1);
+        connect(&nextTurn_, &QTimer::timeout, &owner, [this] { onNextTurn(); });
     }
 
     ~Impl() {
         // A worker that waits for room must be free before its child is let go of.
-        if (output) output->close();
+        if (output_) output_->close();
     }
 
     void start(std::function<void(bool)> completion);
@@ -91,23 +91,23 @@ class UCIEngineProcess::Impl {
     void announceLog();
     void announceDrained();
 
-    Waker pendingOutput{[this] { onPending(); }};
-    std::unique_ptr<ChildProcess> child;
-    std::shared_ptr<EngineOutput> output;  // of the running child; null without one
-    std::deque<EngineOutput::Event> backlog;
+    Waker pendingOutput_{[this] { onPending(); }};
+    std::unique_ptr<ChildProcess> child_;
+    std::shared_ptr<EngineOutput> output_;  // of the running child; null without one
+    std::deque<EngineOutput::Event> backlog_;
 
-    std::function<void(bool)> startCompletion;
-    bool awaitsUciOk = false;
-    bool awaitsReadyOk = false;
+    std::function<void(bool)> startCompletion_;
+    bool awaitsUciOk_ = false;
+    bool awaitsReadyOk_ = false;
 
     // How much of the present turn of the event loop this engine has used; the timer marks the next turn.
-    QTimer nextTurn;
-    qint64 usedNanoseconds = 0;
-    int usedLines = 0;
+    QTimer nextTurn_;
+    qint64 usedNanoseconds_ = 0;
+    int usedLines_ = 0;
 
-    bool isDraining = false;
-    bool isLogChanged = false;
-    bool isEvaluationChanged = false;
+    bool isDraining_ = false;
+    bool isLogChanged_ = false;
+    bool isEvaluationChanged_ = false;
 };
 
 void UCIEngineProcess::Impl::start(std::function<void(bool)> completion) {
@@ -127,7 +127,7 @@ void UCIEngineProcess::Impl::start(std::function<void(bool)> completion) {
         finish(false);
         return;
     }
-    auto newOutput = std::make_shared<EngineOutput>(pendingOutput);
+    auto newOutput = std::make_shared<EngineOutput>(pendingOutput_);
     ProcessLauncher::Launched launched =
         launcher.launch(path, {}, [newOutput](const QByteArray& chunk) { newOutput->receive(chunk); });
     if (!launched.process) {
@@ -137,15 +137,15 @@ void UCIEngineProcess::Impl::start(std::function<void(bool)> completion) {
         finish(false);
         return;
     }
-    if (output) output->close();
-    isDraining = false;
-    output = std::move(newOutput);
-    child = std::move(launched.process);
-    backlog.clear();
+    if (output_) output_->close();
+    isDraining_ = false;
+    output_ = std::move(newOutput);
+    child_ = std::move(launched.process);
+    backlog_.clear();
     isRunning = true;
-    startCompletion = std::move(completion);
-    awaitsUciOk = true;
-    awaitsReadyOk = false;
+    startCompletion_ = std::move(completion);
+    awaitsUciOk_ = true;
+    awaitsReadyOk_ = false;
     appendLog(QStringLiteral("Started engine process: ") + path);
     send(QStringLiteral("uci"));
     if (!wasRunning) Q_EMIT owner.changed();
@@ -154,7 +154,7 @@ void UCIEngineProcess::Impl::start(std::function<void(bool)> completion) {
 void UCIEngineProcess::Impl::send(const QString& line) {
     if (!line.isValidUtf16()) return;
     appendLog(QStringLiteral("> ") + line);
-    if (child) child->write((line + u'\n').toUtf8());
+    if (child_) child_->write((line + u'\n').toUtf8());
 }
 
 void UCIEngineProcess::Impl::sendStrength() {
@@ -168,20 +168,20 @@ void UCIEngineProcess::Impl::sendStrength() {
 
 void UCIEngineProcess::Impl::terminate() {
     if (!isRunning) return;
-    isDraining = false;  // what runs further down the stack stops at its next line and announces nothing
+    isDraining_ = false;  // what runs further down the stack stops at its next line and announces nothing
     send(QStringLiteral("quit"));
     // In this order: a worker that waits for room must be free before its child is asked to end.
-    if (output) output->close();
-    output.reset();
-    if (child) child->terminate();
-    child.reset();
-    backlog.clear();
-    nextTurn.stop();
-    usedNanoseconds = 0;
-    usedLines = 0;
-    startCompletion = {};
-    awaitsUciOk = false;
-    awaitsReadyOk = false;
+    if (output_) output_->close();
+    output_.reset();
+    if (child_) child_->terminate();
+    child_.reset();
+    backlog_.clear();
+    nextTurn_.stop();
+    usedNanoseconds_ = 0;
+    usedLines_ = 0;
+    startCompletion_ = {};
+    awaitsUciOk_ = false;
+    awaitsReadyOk_ = false;
     isRunning = false;
     isThinking = false;
     announceDrained();
@@ -189,39 +189,39 @@ void UCIEngineProcess::Impl::terminate() {
 }
 
 void UCIEngineProcess::Impl::onPending() {
-    const bool isTurnUsedUp = usedLines >= drainLinesUntimed && usedNanoseconds >= drainNanoseconds;
+    const bool isTurnUsedUp = usedLines_ >= drainLinesUntimed && usedNanoseconds_ >= drainNanoseconds;
     if (!isTurnUsedUp) drain();
 }
 
 void UCIEngineProcess::Impl::onNextTurn() {
-    usedNanoseconds = 0;
-    usedLines = 0;
+    usedNanoseconds_ = 0;
+    usedLines_ = 0;
     drain();
 }
 
 void UCIEngineProcess::Impl::drain() {
     // A handler may terminate or destroy the engine; only what is local is touched after that.
-    const std::shared_ptr<EngineOutput> current = output;
+    const std::shared_ptr<EngineOutput> current = output_;
     if (!current) return;
-    if (backlog.empty()) current->takeAll(backlog);
-    if (backlog.empty()) return;
-    if (!nextTurn.isActive()) nextTurn.start();
+    if (backlog_.empty()) current->takeAll(backlog_);
+    if (backlog_.empty()) return;
+    if (!nextTurn_.isActive()) nextTurn_.start();
     QElapsedTimer elapsed;
     elapsed.start();
-    const qint64 usedBefore = usedNanoseconds;
-    isDraining = true;
-    while (!backlog.empty()) {
-        EngineOutput::Event event = std::move(backlog.front());
-        backlog.pop_front();
+    const qint64 usedBefore = usedNanoseconds_;
+    isDraining_ = true;
+    while (!backlog_.empty()) {
+        EngineOutput::Event event = std::move(backlog_.front());
+        backlog_.pop_front();
         if (!interpret(*current, std::move(event))) return;
-        usedNanoseconds = usedBefore + elapsed.nsecsElapsed();
-        if (++usedLines >= drainLinesUntimed && usedNanoseconds >= drainNanoseconds) break;
-        if (backlog.empty()) current->takeAll(backlog);
+        usedNanoseconds_ = usedBefore + elapsed.nsecsElapsed();
+        if (++usedLines_ >= drainLinesUntimed && usedNanoseconds_ >= drainNanoseconds) break;
+        if (backlog_.empty()) current->takeAll(backlog_);
     }
-    isDraining = false;
+    isDraining_ = false;
     // Also without a backlog: only the timer frees a turn that is used up, and a handler's own event loop may
     // have spent it.
-    if (!nextTurn.isActive()) nextTurn.start();
+    if (!nextTurn_.isActive()) nextTurn_.start();
     announceDrained();
 }
 
@@ -234,14 +234,14 @@ bool UCIEngineProcess::Impl::interpret(const EngineOutput& current, EngineOutput
         move = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
     }
     log.appendReceived(std::move(event.line));
-    isLogChanged = true;
+    isLogChanged_ = true;
     switch (kind) {
         case UciLineKind::other: break;
-        case UciLineKind::uciOk: continueHandshake(awaitsUciOk, &Impl::sendOptions); break;
-        case UciLineKind::readyOk: continueHandshake(awaitsReadyOk, &Impl::reportReady); break;
+        case UciLineKind::uciOk: continueHandshake(awaitsUciOk_, &Impl::sendOptions); break;
+        case UciLineKind::readyOk: continueHandshake(awaitsReadyOk_, &Impl::reportReady); break;
         case UciLineKind::info:
             evaluation = event.evaluation;
-            isEvaluationChanged = true;
+            isEvaluationChanged_ = true;
             if (const auto handler = onEvaluation; handler && *handler) (*handler)(event.evaluation);
             break;
         case UciLineKind::bestMove: {
@@ -266,22 +266,22 @@ void UCIEngineProcess::Impl::sendOptions() {
     if (config.skillLevel < 20)
         send(QStringLiteral("setoption name Skill Level value ") + QString::number(config.skillLevel));
     sendStrength();
-    awaitsReadyOk = true;
+    awaitsReadyOk_ = true;
     send(QStringLiteral("isready"));
 }
 
 void UCIEngineProcess::Impl::reportReady() {
-    if (const auto completion = std::exchange(startCompletion, {})) completion(true);
+    if (const auto completion = std::exchange(startCompletion_, {})) completion(true);
 }
 
 void UCIEngineProcess::Impl::announceLog() {
-    isLogChanged = true;
-    if (!isDraining) announceDrained();
+    isLogChanged_ = true;
+    if (!isDraining_) announceDrained();
 }
 
 void UCIEngineProcess::Impl::announceDrained() {
-    const bool wasLogChanged = std::exchange(isLogChanged, false);
-    const bool wasEvaluationChanged = std::exchange(isEvaluationChanged, false);
+    const bool wasLogChanged = std::exchange(isLogChanged_, false);
+    const bool wasEvaluationChanged = std::exchange(isEvaluationChanged_, false);
     if (wasEvaluationChanged) Q_EMIT owner.evaluationChanged();
     if (wasLogChanged) Q_EMIT owner.logChanged();
 }

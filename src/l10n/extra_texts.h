@@ -25,15 +25,9 @@ enum class ExtraText {
     squareLegalTarget,
     squareLastMove,
     squareInCheck,
-    pawn,
-    king,
     evaluation,
-    remainingTime,
-    capturedBy,     ///< with %1 for the colour's name
-    minutesSuffix,  ///< the unit alone: the number and a space stand before it
-    secondsSuffix,  ///< likewise
-    engineAdded,    ///< with %1 for the engine's name
-    whitePawn,      ///< the pieces in the order of `PieceType`, White's first
+    engineAdded,  ///< with %1 for the engine's name
+    whitePawn,    ///< the pieces in the order of `PieceType`, White's first
     whiteKnight,
     whiteBishop,
     whiteRook,

@@ -38,7 +38,7 @@ TEST(ExtraTexts, placesForValuesAreTheSameInEveryLanguage) {
 TEST(ExtraTexts, sentencesAreTranslated) {
     for (const ExtraText id :
          {ExtraText::noEngineRegistered, ExtraText::showLivePosition, ExtraText::noAutomatchGames,
-          ExtraText::squareLegalTarget, ExtraText::capturedBy}) {
+          ExtraText::squareLegalTarget, ExtraText::engineAdded}) {
         for (const Language language : {Language::german, Language::dutch, Language::french})
             EXPECT_NE(extraText(language, id), extraText(Language::english, id));
     }
@@ -55,8 +55,8 @@ TEST(ExtraTexts, managerGivesThemInTheCurrentLanguage) {
     EXPECT_EQ(manager.text(ExtraText::gameMenu), QStringLiteral("Partij"));
     manager.setCurrentLanguage(Language::french);
     EXPECT_EQ(manager.text(ExtraText::gameMenu), QStringLiteral("Partie"));
-    EXPECT_EQ(manager.text(ExtraText::capturedBy).arg(manager.text("color_white")),
-              QStringLiteral("Prises par les Blancs"));
+    EXPECT_EQ(manager.text(ExtraText::engineAdded).arg(QStringLiteral("Kestrel")),
+              QStringLiteral("Kestrel a été ajouté."));
 }
 
 }  // namespace

@@ -3,10 +3,13 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <unistd.h>
 
 #include <cerrno>
 
+#if !defined(__GLIBC__)  // there unistd.h declares it
 extern char** environ;
+#endif
 
 namespace orlix {
 namespace {
@@ -24,7 +27,7 @@ bool moveAboveStandardDescriptors(UniqueFd& fd) {
 
 class FileActions {
   public:
-    FileActions() { error_ = posix_spawn_file_actions_init(&actions_); }
+    FileActions() : error_(posix_spawn_file_actions_init(&actions_)) {}
     ~FileActions() { posix_spawn_file_actions_destroy(&actions_); }
     FileActions(const FileActions&) = delete;
     FileActions& operator=(const FileActions&) = delete;
@@ -49,15 +52,14 @@ class FileActions {
 
   private:
     posix_spawn_file_actions_t actions_;
-    int error_ = 0;
+    int error_;
 };
 
 enum class Belonging { ownGroup, ownSession };
 
 class Attributes {
   public:
-    explicit Attributes(Belonging belonging) {
-        error_ = posix_spawnattr_init(&attributes_);
+    explicit Attributes(Belonging belonging) : error_(posix_spawnattr_init(&attributes_)) {
         sigset_t none;
         sigemptyset(&none);
         sigset_t all;
@@ -89,7 +91,7 @@ class Attributes {
 
   private:
     posix_spawnattr_t attributes_;
-    int error_ = 0;
+    int error_;
 };
 
 int spawn(pid_t& pid, const std::string& path, const std::vector<std::string>& arguments,
