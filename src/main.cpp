@@ -22,6 +22,7 @@
 #include "ui/app_delegate.h"
 #include "ui/lean_style.h"
 #include "ui/main_window.h"
+#include "ui/piece_glyph.h"
 #include "ui/theme.h"
 
 #ifdef __APPLE__
@@ -29,6 +30,7 @@
 #include "platform/macos/mac_sound_player.h"
 #include "platform/macos/mac_system_settings.h"
 #else
+#include "platform/linux/font_configuration.h"
 #include "platform/linux/linux_defaults_store.h"
 #include "platform/linux/linux_sound_player.h"
 #include "platform/linux/linux_system_settings.h"
@@ -59,6 +61,7 @@ const char* commandLineAnswer(int argc, char** argv) {
 }
 
 int run(QApplication& application) {
+    startLoadingPieceGlyphs();
     PosixQuitSignals quitSignals;
     QObject::connect(&quitSignals, &PosixQuitSignals::received, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
@@ -113,9 +116,15 @@ int main(int argc, char** argv) {
     if (const char* answer = commandLineAnswer(argc, argv)) {
         return std::fputs(answer, stdout) < 0 ? 1 : 0;
     }
+#ifndef __APPLE__
+    const std::future<void> fontConfiguration = startReadingFontConfiguration();
+#endif
     // One look everywhere; named before the application exists, so that no system style is loaded first.
     QApplication::setStyle(new LeanStyle);
     QApplication application(argc, argv);
+#ifndef __APPLE__
+    fontConfiguration.wait();
+#endif
     QCoreApplication::setApplicationName(QStringLiteral("velmorandix-orlix"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLIX_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("velmorandix-orlix"));

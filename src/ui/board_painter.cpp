@@ -90,7 +90,7 @@ void BoardPainter::paintSquare(QPainter& painter, const BoardGeometry& geometry,
 
 void BoardPainter::paintPiece(QPainter& painter, const BoardGeometry& geometry,
                               const BoardPicture::PieceLook& piece, const QPointF& corner) {
-    pixmaps_.prepare(geometry.squareSide);
+    prepare(geometry);
     painter.drawPixmap(corner, pixmaps_.pixmap(piece.type, piece.color, geometry.squareSide));
 }
 

@@ -26,6 +26,8 @@ class BoardPainter {
     /// corner. A piece that is drawn elsewhere just now is left out with `showsPiece` false.
     void paintSquare(QPainter& painter, const BoardGeometry& geometry, Square square,
                      const BoardPicture::Cell& cell, Touch touch, bool showsPiece = true);
+    /// Has the pieces rendered for the geometry while other work goes on.
+    void prepare(const BoardGeometry& geometry) { pixmaps_.prepare(geometry.squareSide); }
     /// A piece with its square's top left corner at `corner`, device pixels.
     void paintPiece(QPainter& painter, const BoardGeometry& geometry, const BoardPicture::PieceLook& piece,
                     const QPointF& corner);

@@ -273,6 +273,7 @@ void BoardView::paintEvent(QPaintEvent* event) {
 }
 
 void BoardView::resizeEvent(QResizeEvent*) {
+    impl_->preparePieces();
     impl_->placePicker();
 }
 

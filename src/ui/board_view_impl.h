@@ -81,6 +81,7 @@ class BoardView::Impl {
     void placeCursor(Square square);
     void updateCursor() { updateSquare(cursor_.square); }
     void placePicker();
+    void preparePieces() { painter_.prepare(geometry()); }
     void showPromotion();
 
   private:

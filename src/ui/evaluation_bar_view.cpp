@@ -10,6 +10,8 @@
 #include <QtMath>
 #include <utility>
 
+#include "ui/theme.h"
+
 namespace orlix {
 
 namespace {
@@ -21,6 +23,7 @@ constexpr qreal labelPadding = 4;
 constexpr qreal plateInset = 2;
 constexpr qreal plateRadius = 4;
 constexpr qreal plateSidePadding = 1;
+constexpr QColor rim(255, 255, 255, 38);  // the line inside the edge, laid over both segments
 constexpr int animationMs = 250;
 constexpr int frameMs = 33;
 
@@ -112,20 +115,20 @@ void EvaluationBarView::Impl::paintSegments(QPainter& painter) const {
     const QRectF bar = view.rect();
     const qreal scale = painter.deviceTransform().m22();
     const qreal edge = bar.bottom() - qRound(shown * bar.height() * scale) / scale;
-    QPainterPath outline;
-    outline.addRoundedRect(bar, cornerRadius, cornerRadius);
+    QPainterPath shape;
+    shape.addRoundedRect(bar, cornerRadius, cornerRadius);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.save();
-    painter.setClipRect(QRectF(bar.topLeft(), QPointF(bar.right(), edge)), Qt::IntersectClip);
-    painter.fillPath(outline, darkColor());
-    painter.restore();
-    painter.save();
-    painter.setClipRect(QRectF(QPointF(bar.left(), edge), bar.bottomRight()), Qt::IntersectClip);
-    painter.fillPath(outline, lightColor());
-    painter.restore();
-    painter.setPen(QPen(QColor(255, 255, 255, 38), 1));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(bar.adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius - 0.5, cornerRadius - 0.5);
+    const auto paintSegment = [&](const QRectF& segment, const QColor& color) {
+        painter.save();
+        painter.setClipRect(segment, Qt::IntersectClip);
+        painter.fillPath(shape, color);
+        painter.setPen(blended(rim, color));
+        painter.drawRoundedRect(bar.adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius - 0.5, cornerRadius - 0.5);
+        painter.restore();
+    };
+    paintSegment(QRectF(bar.topLeft(), QPointF(bar.right(), edge)), darkColor());
+    paintSegment(QRectF(QPointF(bar.left(), edge), bar.bottomRight()), lightColor());
 }
 
 void EvaluationBarView::Impl::paintLabel(QPainter& painter) const {

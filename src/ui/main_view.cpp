@@ -103,7 +103,7 @@ void MainView::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), theme_.color(ColorRole::window));
     // The bar's light part is almost the window's colour in the light scheme.
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(theme_.color(ColorRole::hairline));
+    painter.setPen(theme_.hairlineOn(theme_.color(ColorRole::window)));
     const QRectF around = QRectF(evaluationBar_->geometry()).adjusted(-0.5, -0.5, 0.5, 0.5);
     painter.drawRoundedRect(around, metrics::controlRadius, metrics::controlRadius);
 }

@@ -5,7 +5,9 @@
 #include <QGlyphRun>
 #include <QRawFont>
 #include <QTextLayout>
+#include <QThreadPool>
 #include <array>
+#include <mutex>
 #include <optional>
 
 namespace orlix {
@@ -66,8 +68,10 @@ QPainterPath findOutline(char32_t symbol) {
 
 const QPainterPath& pieceGlyph(char32_t symbol) {
     static std::array<std::optional<QPainterPath>, symbolCount> known;
+    static std::mutex mutex;
     static const QPainterPath none;
     if (symbol < firstSymbol || symbol >= firstSymbol + symbolCount) return none;
+    const std::scoped_lock lock(mutex);
     std::optional<QPainterPath>& path = known[symbol - firstSymbol];
     if (!path) {
         constexpr qreal unit = 1.0 / designSize;
@@ -77,6 +81,13 @@ const QPainterPath& pieceGlyph(char32_t symbol) {
         path->boundingRect();
     }
     return *path;
+}
+
+void startLoadingPieceGlyphs() {
+    QThreadPool::globalInstance()->start([] {
+        for (const PieceType type : allPieceTypes)
+            pieceGlyph(solidPieceSymbol(type));
+    });
 }
 
 char32_t solidPieceSymbol(PieceType type) {

@@ -1,6 +1,5 @@
 // The outlines of the twelve chess symbols, from whichever installed font has them as outlines. Never emoji:
-// what is filled is a path. Looked up on the main thread; an outline that was looked up is only read, by any
-// thread.
+// what is filled is a path. For any thread.
 #pragma once
 
 #include <QPainterPath>
@@ -12,6 +11,10 @@ namespace orlix {
 /// The outline of `symbol` (U+2654..U+265F) at a font size of one unit, the baseline at y = 0. Computed once.
 /// Empty when no installed font has the symbol.
 const QPainterPath& pieceGlyph(char32_t symbol);
+
+/// Has the solid outlines looked up in Qt's thread pool, so that nobody waits for them later. Along with them
+/// Qt makes its list of fonts, which the first text needs too.
+void startLoadingPieceGlyphs();
 
 /// The piece's own symbol: an outline drawing for White, a solid one for Black.
 char32_t pieceSymbol(PieceType type, PieceColor color);

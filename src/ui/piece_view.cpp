@@ -3,9 +3,9 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
-#include <QSemaphore>
 #include <QThreadPool>
 #include <QtMath>
+#include <memory>
 #include <utility>
 
 #include "ui/piece_glyph.h"
@@ -97,50 +97,49 @@ QImage rendered(PieceType type, PieceColor color, int side) {
 
 }  // namespace
 
-QPixmap& PiecePixmaps::slot(PieceType type, PieceColor color) {
-    return pixmaps_[static_cast<std::size_t>(type) * allPieceColors.size() + static_cast<std::size_t>(color)];
+PiecePixmaps::Set PiecePixmaps::renderedSet(PieceColor color, int side) {
+    Set set;
+    for (const PieceType type : allPieceTypes)
+        set[static_cast<std::size_t>(type)] = rendered(type, color, side);
+    return set;
 }
 
 void PiecePixmaps::setSide(int side) {
     if (side == side_) return;
-    pixmaps_.fill(QPixmap());
+    pixmaps_ = {};
+    coming_ = {};
     side_ = side;
-}
-
-const QPixmap& PiecePixmaps::pixmap(PieceType type, PieceColor color, int side) {
-    setSide(side);
-    QPixmap& pixmap = slot(type, color);
-    if (pixmap.isNull() && side > 0) pixmap = QPixmap::fromImage(rendered(type, color, side));
-    return pixmap;
 }
 
 void PiecePixmaps::prepare(int side) {
     if (side == side_ || side <= 0) return;
     setSide(side);
-    // Outlines are looked up here, bounds included: the workers then only read them.
-    for (const PieceType type : allPieceTypes) {
-        pieceGlyph(solidPieceSymbol(type));
-    }
     // In the pool's threads, one colour each: there Qt fills a shape in one go. On the main thread it would
     // hand out every few lines of it to the same pool and wait, hundreds of times for one set of pieces.
-    std::array<std::array<QImage, allPieceTypes.size()>, allPieceColors.size()> images;
-    QSemaphore done;
     for (const PieceColor color : allPieceColors) {
-        const auto job = [&done, &ofColor = images[static_cast<std::size_t>(color)], color, side] {
-            for (const PieceType type : allPieceTypes) {
-                ofColor[static_cast<std::size_t>(type)] = rendered(type, color, side);
-            }
-            done.release();
-        };
-        if (!QThreadPool::globalInstance()->tryStart(job)) job();
+        const auto task =
+            std::make_shared<std::packaged_task<Set()>>([color, side] { return renderedSet(color, side); });
+        coming_[static_cast<std::size_t>(color)] = task->get_future();
+        QThreadPool::globalInstance()->start([task] { (*task)(); });
     }
-    done.acquire(static_cast<int>(allPieceColors.size()));
-    for (const PieceColor color : allPieceColors) {
-        for (const PieceType type : allPieceTypes) {
-            slot(type, color) = QPixmap::fromImage(
-                std::move(images[static_cast<std::size_t>(color)][static_cast<std::size_t>(type)]));
-        }
+}
+
+void PiecePixmaps::takePrepared(PieceColor color) {
+    std::future<Set>& result = coming_[static_cast<std::size_t>(color)];
+    if (!result.valid()) return;
+    Set set = result.get();
+    for (const PieceType type : allPieceTypes) {
+        const auto index = static_cast<std::size_t>(type);
+        pixmaps_[static_cast<std::size_t>(color)][index] = QPixmap::fromImage(std::move(set[index]));
     }
+}
+
+const QPixmap& PiecePixmaps::pixmap(PieceType type, PieceColor color, int side) {
+    setSide(side);
+    takePrepared(color);
+    QPixmap& pixmap = pixmaps_[static_cast<std::size_t>(color)][static_cast<std::size_t>(type)];
+    if (pixmap.isNull() && side > 0) pixmap = QPixmap::fromImage(rendered(type, color, side));
+    return pixmap;
 }
 
 }  // namespace orlix

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPixmap>
 #include <array>
+#include <future>
 
 #include "core/piece.h"
 
@@ -37,15 +39,21 @@ class PiecePixmaps {
     /// The piece in a square of `side` device pixels; the pixmap's own pixel ratio is 1.
     const QPixmap& pixmap(PieceType type, PieceColor color, int side);
 
-    /// Renders all twelve pieces for squares of `side` device pixels, unless that is the size they have.
+    /// Begins to render all twelve pieces for squares of `side` device pixels, unless that is the size they
+    /// have, and returns at once. Who asks for one of them too early waits.
     void prepare(int side);
 
   private:
-    QPixmap& slot(PieceType type, PieceColor color);
+    using Set = std::array<QImage, allPieceTypes.size()>;  ///< one colour's pieces
+    using Pixmaps = std::array<QPixmap, allPieceTypes.size()>;
+
+    static Set renderedSet(PieceColor color, int side);
     void setSide(int side);
+    void takePrepared(PieceColor color);
 
     int side_ = 0;
-    std::array<QPixmap, allPieceTypes.size() * allPieceColors.size()> pixmaps_;
+    std::array<Pixmaps, allPieceColors.size()> pixmaps_;
+    std::array<std::future<Set>, allPieceColors.size()> coming_;  ///< valid from `prepare` until taken
 };
 
 }  // namespace orlix

@@ -164,8 +164,9 @@ QString PlayerBannerView::Impl::description(const QString& clock) const {
 
 void PlayerBannerView::Impl::paintCard(QPainter& painter) const {
     const QRectF card = QRectF(view.rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.setPen(theme.color(ColorRole::hairline));
-    painter.setBrush(theme.color(ColorRole::panel));
+    const QColor ground = theme.color(ColorRole::panel);
+    painter.setPen(theme.hairlineBetween(ground, theme.color(ColorRole::window)));
+    painter.setBrush(ground);
     painter.drawRoundedRect(card, metrics::cardRadius, metrics::cardRadius);
     if (!values.isActiveTurn) return;
     QPainterPath whole;
@@ -245,7 +246,8 @@ void PlayerBannerView::Impl::paintClock(QPainter& painter) const {
     const ColorRole emphasis = values.isLowOnTime ? ColorRole::bad : ColorRole::accent;
     const bool isEmphasized = values.isLowOnTime || values.isActiveTurn;
     const QColor ground = theme.color(ColorRole::card);
-    painter.setPen(theme.color(isEmphasized ? emphasis : ColorRole::hairline));
+    painter.setPen(isEmphasized ? theme.color(emphasis)
+                                : theme.hairlineBetween(ground, theme.color(ColorRole::panel)));
     painter.setBrush(ground);
     painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), metrics::controlRadius,
                             metrics::controlRadius);

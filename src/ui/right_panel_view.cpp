@@ -275,8 +275,9 @@ QSize RightPanelView::sizeHint() const {
 void RightPanelView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const Theme& theme = impl_->context_.theme;
-    painter.fillRect(event->rect(), theme.color(ColorRole::panel));
-    const QColor line = theme.color(ColorRole::hairline);
+    const QColor ground = theme.color(ColorRole::panel);
+    painter.fillRect(event->rect(), ground);
+    const QColor line = theme.hairlineOn(ground);
     painter.fillRect(0, PanelHeader::barHeight, width(), 1, line);
     painter.fillRect(0, impl_->tabs_->geometry().bottom() + 1, width(), 1, line);
     painter.fillRect(0, impl_->bottom_->y() - 1, width(), 1, line);

@@ -103,6 +103,16 @@ QColor Theme::color(ColorRole role, Scheme scheme) {
     return QColor::fromRgba(scheme == Scheme::dark ? both.dark : both.light);
 }
 
+QColor Theme::hairlineOn(const QColor& ground) const {
+    return blended(color(ColorRole::hairline), ground);
+}
+
+QColor Theme::hairlineBetween(const QColor& inside, const QColor& outside) const {
+    QColor half = inside;
+    half.setAlpha(128);
+    return hairlineOn(blended(half, outside));
+}
+
 QColor Theme::tint(ColorRole role, ColorRole ground, qreal opacity) const {
     QColor top = color(role);
     top.setAlphaF(static_cast<float>(opacity));
@@ -152,9 +162,8 @@ QFont Theme::font(TextStyle style) {
 
 QPalette Theme::palette() const {
     QPalette palette(color(ColorRole::text), color(ColorRole::card), color(ColorRole::panel),
-                     blended(color(ColorRole::hairline), color(ColorRole::panel)), color(ColorRole::hairline),
-                     color(ColorRole::text), color(ColorRole::text), color(ColorRole::panel),
-                     color(ColorRole::panel));
+                     hairlineOn(color(ColorRole::panel)), color(ColorRole::hairline), color(ColorRole::text),
+                     color(ColorRole::text), color(ColorRole::panel), color(ColorRole::panel));
     palette.setColor(QPalette::Window, color(ColorRole::window));
     palette.setColor(QPalette::WindowText, color(ColorRole::text));
     palette.setColor(QPalette::AlternateBase, color(ColorRole::card));

@@ -57,6 +57,11 @@ class Theme : public QObject {
     void setScheme(Scheme scheme);
     QColor color(ColorRole role) const { return color(role, scheme_); }
     static QColor color(ColorRole role, Scheme scheme);
+    /// The hairline as the opaque colour that it makes on `ground`. Qt draws an opaque line at once; a
+    /// see-through one of more than some fifty rows it hands to other threads in parts, and waits for them.
+    QColor hairlineOn(const QColor& ground) const;
+    /// Likewise for the line around a shape of colour `inside` that stands on `outside`: half over each.
+    QColor hairlineBetween(const QColor& inside, const QColor& outside) const;
     /// `role` at `opacity` (0..1) laid over `ground`: an opaque colour, for tinted pills and hovered rows.
     QColor tint(ColorRole role, ColorRole ground, qreal opacity) const;
     /// The colour of `role` for text on `ground`, moved towards the text colour no further than 4.5 : 1

@@ -25,8 +25,9 @@ void Card::setTitle(const QString& title) {
 void Card::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(theme_.color(ColorRole::hairline));
-    painter.setBrush(theme_.color(ColorRole::card));
+    const QColor ground = theme_.color(ColorRole::card);
+    painter.setPen(theme_.hairlineBetween(ground, theme_.color(ColorRole::panel)));
+    painter.setBrush(ground);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), metrics::cardRadius,
                             metrics::cardRadius);
 }

@@ -182,9 +182,10 @@ void PickerButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const bool isDark = theme().scheme() == Theme::Scheme::dark;
-    painter.setPen(theme().color(ColorRole::hairline));
-    painter.setBrush(isDark ? theme().tint(ColorRole::text, ColorRole::card, underMouse() ? 0.12 : 0.06)
-                            : theme().tint(ColorRole::text, ColorRole::panel, underMouse() ? 0.05 : 0.0));
+    const QColor ground = isDark ? theme().tint(ColorRole::text, ColorRole::card, underMouse() ? 0.12 : 0.06)
+                                 : theme().tint(ColorRole::text, ColorRole::panel, underMouse() ? 0.05 : 0.0);
+    painter.setPen(theme().hairlineBetween(ground, theme().color(ColorRole::panel)));
+    painter.setBrush(ground);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), metrics::controlRadius,
                             metrics::controlRadius);
 
