@@ -31,8 +31,8 @@ class PanelButton : public ControlButton, public ShowsText {
     void setLabel(const QString& label);
     const QString& label() const { return label_; }
     void setSymbol(Icon symbol);
-    /// Of a column: places the symbol as above a label that makes both `height` high together, so that buttons
-    /// beside each other share one line of symbols. 0 centres the button's own symbol and label.
+    /// Of a column: places the symbol as above a label that makes both `height` high together, so that
+    /// buttons beside each other share one line of symbols. 0 centres the button's own symbol and label.
     void setSharedHeight(int height);
     /// How high symbol and label of a column are together at this width of the button.
     int columnHeight(int width) const;
