@@ -183,6 +183,21 @@ TEST_F(AutomatchHeader, checkPauseAndEndOfItsGameAreSaidAsEver) {
     EXPECT_EQ(badge(), QStringLiteral("White to move"));
 }
 
+TEST_F(AutomatchHeader, aGamePutOntoTheBoardIsNotSaidToEndAsTheOneBeforeIt) {
+    game->setGameMode(GameMode::humanVsHuman);
+    game->startNewGame();
+    game->loadFEN(QStringLiteral("6k1/5ppp/8/8/8/8/8/4R1K1 w - - 0 1"));
+    game->handleSquareClick(*Square::fromText("e1"));
+    game->handleSquareClick(*Square::fromText("e8"));
+    EXPECT_EQ(badge(), QStringLiteral("Checkmate! White wins!"));
+    game->replayGame(
+        {QStringLiteral("f2f3"), QStringLiteral("e7e5"), QStringLiteral("g2g4"), QStringLiteral("d8h4")},
+        std::nullopt);
+    EXPECT_EQ(badge(), QStringLiteral("Checkmate! Black wins!"));
+    game->replayGame({QStringLiteral("e2e4")}, std::nullopt);
+    EXPECT_EQ(badge(), QStringLiteral("Black to move"));
+}
+
 class AutomatchTextFit : public AutomatchPanel {};
 
 TEST_F(AutomatchTextFit, everyStateFitsInEveryLanguage) {

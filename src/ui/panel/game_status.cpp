@@ -47,15 +47,21 @@ GameStatus endStatus(const GameEndReason& reason) {
     return {};
 }
 
+bool showsOnBoard(GameEndReason::Kind kind) {
+    return kind != GameEndReason::Kind::timeout && kind != GameEndReason::Kind::resignation;
+}
+
 }  // namespace
 
 GameStatus gameStatus(const GameManager& game) {
     const ChessBoard& board = game.board();
     const QString turn = turnKey(board.turn);
     if (game.isGameOver()) {
-        if (game.gameEndReason()) return endStatus(*game.gameEndReason());
-        // A finished game that is only shown carries no reason: its last position tells what it can.
-        if (const auto reason = board.gameEndReason()) return endStatus(*reason);
+        // A finished game that is only shown keeps the reason of the game before it, if there was one: what
+        // the board shows comes first, and an end that it would show but does not is another game's.
+        if (const auto onBoard = board.gameEndReason()) return endStatus(*onBoard);
+        const std::optional<GameEndReason>& reason = game.gameEndReason();
+        if (reason && !showsOnBoard(reason->kind)) return endStatus(*reason);
         return {turn, StatusTone::drawn, Icon::flag, {}};
     }
     if (game.isPaused()) return {QStringLiteral("status_paused"), StatusTone::paused, Icon::pause, turn};
