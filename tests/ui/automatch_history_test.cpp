@@ -146,6 +146,17 @@ TEST_F(AutomatchHistoryTest, theDetailsLoadAndCopyTheChosenGame) {
     EXPECT_EQ(list()->chosenRow(), 2);
 }
 
+TEST_F(AutomatchHistoryTest, theDetailsComeWhollyIntoSight) {
+    startSeries();
+    playOn(6);
+    panel->resize(400, 640);
+    settleLayout();
+    list()->choose(1);
+    settleLayout();
+    const auto* details = panel->findChild<AutomatchRecordDetails*>();
+    EXPECT_EQ(details->visibleRegion(), QRegion(details->rect()));
+}
+
 TEST_F(AutomatchHistoryTest, copyAllGamesPutsAllOfThemOnThePasteboard) {
     startSeries();
     playOn(3);

@@ -45,7 +45,7 @@ QString partien() {
 AutomatchConfiguration::AutomatchConfiguration(const PanelContext& context, QWidget* parent)
     : Card(context.theme, parent),
       context_(context),
-      head_(new SectionHead(Icon::sliders, context.theme, this)),
+      head_(new SectionHead(Icon::automatch, context.theme, this)),
       unfold_(new IconButton(Icon::tune, IconButton::Look::plain, context.theme, this)) {
     unfold_->setObjectName(QStringLiteral("unfoldSettings"));
     unfold_->setCheckable(true);

@@ -10,7 +10,8 @@ namespace orlix {
 namespace {
 
 constexpr int padding = 6;
-constexpr int titleWidth = 74;
+constexpr qreal mostTitleWidth = 76;
+constexpr int titleGap = 10;
 constexpr int badgeWidth = 50;
 constexpr int badgeHeight = 18;
 constexpr int lineHeight = 18;
@@ -30,15 +31,17 @@ struct Places {
     QRectF badge;
 };
 
-Places placesIn(const QRect& row) {
+Places placesIn(const QRect& row, const QString& title) {
     Places places;
     const QRect button = AutomatchHistoryRow::button(row);
     const qreal left = row.left() + padding;
     const qreal right = button.left() - gap;
     const qreal top = row.top() + topPadding;
     const qreal second = top + lineHeight + 1;
+    const qreal titleWidth = qMin(mostTitleWidth, tabularWidth(Theme::font(TextStyle::body), title));
     places.title = QRectF(left, top, titleWidth, lineHeight);
-    places.names = QRectF(left + titleWidth + gap, top, right - left - titleWidth - gap, lineHeight);
+    places.names =
+        QRectF(left + titleWidth + titleGap, top, right - left - titleWidth - titleGap, lineHeight);
     places.badge = QRectF(right - badgeWidth, second, badgeWidth, badgeHeight);
     places.reason = QRectF(left, second, places.badge.left() - gap - left, lineHeight);
     return places;
@@ -91,7 +94,7 @@ QRect AutomatchHistoryRow::button(const QRect& place) {
 }
 
 QList<ShownText> AutomatchHistoryRow::shownTexts(const AutomatchHistoryModel::Row& row, const QRect& place) {
-    const Places places = placesIn(place);
+    const Places places = placesIn(place, row.title);
     QList<ShownText> texts;
     const auto add = [&](const QString& text, TextStyle style, const QRectF& room) {
         const QFontMetricsF metrics(fitted(text, style, room));
@@ -112,7 +115,7 @@ void AutomatchHistoryRow::paint(QPainter* painter, const QStyleOptionViewItem& o
     const auto* model = static_cast<const AutomatchHistoryModel*>(index.model());
     const AutomatchHistoryModel::Row& row = model->row(index.row());
     const QRect place = option.rect;
-    const Places places = placesIn(place);
+    const Places places = placesIn(place, row.title);
     const bool isSelected = option.state & QStyle::State_Selected;
     const bool isHovered = index.row() == hoveredRow_;
     painter->save();

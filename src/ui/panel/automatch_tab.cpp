@@ -1,5 +1,6 @@
 #include "ui/panel/automatch_tab.h"
 
+#include <QCoreApplication>
 #include <QVBoxLayout>
 
 #include "automatch/automatch_manager.h"
@@ -30,9 +31,13 @@ AutomatchTab::AutomatchTab(const PanelContext& context, QWidget* parent) : QWidg
             &AutomatchTab::addEngineRequested);
     connect(history_, &AutomatchHistory::toastRequested, this, &AutomatchTab::toastRequested);
     connect(history_, &AutomatchHistory::detailsOpened, page, [page](QWidget* details) {
-        // The page learns its new height from the event loop; it is asked for where the details end by then.
+        // The page learns its new height from the event loop, one holder after the other.
         QMetaObject::invokeMethod(
-            page, [page, details] { page->ensureWidgetVisible(details, 0, metrics::space6); },
+            page,
+            [page, details] {
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+                page->ensureWidgetVisible(details, 0, metrics::space6);
+            },
             Qt::QueuedConnection);
     });
     const auto follow = [this] {
