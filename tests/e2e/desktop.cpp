@@ -138,6 +138,16 @@ void Desktop::type(const QString& text) const {
     xdotool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("5"), text});
 }
 
+QString Desktop::clipboard() const {
+    QProcess process;
+    process.setProcessEnvironment(environment());
+    process.start(QStringLiteral("xclip"),
+                  {QStringLiteral("-o"), QStringLiteral("-selection"), QStringLiteral("clipboard"),
+                   QStringLiteral("-target"), QStringLiteral("UTF8_STRING")});
+    if (!process.waitForFinished(startLimitMs)) throw std::runtime_error("xclip does not end");
+    return process.exitCode() == 0 ? QString::fromUtf8(process.readAllStandardOutput()) : QString();
+}
+
 QImage Desktop::screen() const {
     Display* display = XOpenDisplay(display_.toLatin1().constData());
     if (display == nullptr) throw std::runtime_error("no connection to the X server");

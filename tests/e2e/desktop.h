@@ -37,6 +37,8 @@ class Desktop {
     void press(const QString& key) const;
     void type(const QString& text) const;
     QImage screen() const;
+    /// What a program has copied; empty when nobody has.
+    QString clipboard() const;
 
     /// All input given so far, to be given again to a program that looks the same.
     const QList<QStringList>& input() const { return input_; }

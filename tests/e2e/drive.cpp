@@ -1,5 +1,6 @@
-// Drives the program without a person, for scripts/play-a-game and scripts/measure:
+// Drives the program without a person, for scripts/play-a-game, scripts/play-a-series and scripts/measure:
 //   drive play <program> <game.pgn>     plays a whole game against Stockfish at 0.1 s a move and saves it
+//   drive series <program> <games.pgn> <games> <depth>  plays a series of Stockfish against Ethereal
 //   drive clock <program> <seconds>     the processor share of the program while a person's clock runs
 //   drive engines <program> <seconds>   the same while two engines play at one second a move
 //   drive picture <program> <file.png> <plies>  a picture of the window after some plies of a game
@@ -16,6 +17,7 @@
 #include "e2e/desktop.h"
 #include "e2e/played_application.h"
 #include "e2e/played_game.h"
+#include "e2e/played_series.h"
 
 namespace {
 
@@ -88,6 +90,32 @@ int play(Desktop& desktop, AccessibleTree& tree, const QString& program, const Q
     return 0;
 }
 
+int series(Desktop& desktop, AccessibleTree& tree, const QString& program, const QString& pgn, int games,
+           int depth) {
+    const QString stockfish = QStringLiteral("Stockfish");
+    const QString ethereal = QStringLiteral("Ethereal");
+    PlayedApplication application(desktop, tree, program,
+                                  {{stockfish, QStringLiteral("exec /usr/games/stockfish")},
+                                   {ethereal, QStringLiteral("exec /usr/games/ethereal-chess")}});
+    const PlayedSeries played = playSeries(desktop, tree, application, stockfish, ethereal, games, depth);
+    const QString path = QFileInfo(pgn).absoluteFilePath();
+    QFile file(path);
+    const QByteArray text = played.pgn.toUtf8();
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush())
+        throw std::runtime_error("the games cannot be written");
+    const SeriesScore counted = scoreByPgnExtract(path, stockfish, games);
+    if (!(counted == played.shown))
+        throw std::runtime_error("shown: " + played.shown.text().toStdString() +
+                                 ", counted: " + counted.text().toStdString());
+    application.closeWindow();
+    if (!waitUntil([&] { return application.processesLeft().isEmpty(); }, settleMs))
+        throw std::runtime_error("left running: " + application.processesLeft().join(u'\n').toStdString());
+    std::printf("%s\n%s: %s, by the scoreboard and by pgn-extract; no process left; saved as %s\n",
+                qUtf8Printable(played.verdict), qUtf8Printable(stockfish), qUtf8Printable(counted.text()),
+                qUtf8Printable(path));
+    return 0;
+}
+
 int clockShare(Desktop& desktop, AccessibleTree& tree, const QString& program, int seconds) {
     desktop.setAccessible(false);
     const PlayedApplication application(desktop, tree, program);
@@ -132,7 +160,8 @@ int main(int argc, char** argv) {
     const QStringList arguments = QCoreApplication::arguments();
     const QString command = arguments.value(1);
     if (arguments.size() < 4) {
-        std::fputs("usage: drive play|clock|engines|picture <program> <file or seconds> [plies]\n", stderr);
+        std::fputs("usage: drive play|series|clock|engines|picture <program> <file or seconds> [...]\n",
+                   stderr);
         return 2;
     }
     try {
@@ -140,6 +169,9 @@ int main(int argc, char** argv) {
         AccessibleTree tree(desktop.busAddress());
         const QString& program = arguments[2];
         if (command == QLatin1String("play")) return play(desktop, tree, program, arguments[3]);
+        if (command == QLatin1String("series"))
+            return series(desktop, tree, program, arguments[3], arguments.value(4).toInt(),
+                          arguments.value(5).toInt());
         if (command == QLatin1String("clock"))
             return clockShare(desktop, tree, program, arguments[3].toInt());
         if (command == QLatin1String("engines"))

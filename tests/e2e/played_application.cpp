@@ -20,6 +20,9 @@ constexpr int windowLimitMs = 60000;
 constexpr int controlLimitMs = 60000;
 constexpr int mostWheelSteps = 30;
 constexpr int lastMoveTolerance = 3;
+// A picker's open list.
+constexpr int listMargin = 6;
+constexpr int listRowHeight = 32;
 
 const QColor lightSquare(240, 219, 189);
 const QColor darkSquare(181, 135, 97);
@@ -58,11 +61,10 @@ QString promotionName(PieceType type) {
 
 }  // namespace
 
-PlayedApplication::PlayedApplication(Desktop& desktop, AccessibleTree& tree, const QString& program)
+PlayedApplication::PlayedApplication(Desktop& desktop, AccessibleTree& tree, const QString& program,
+                                     const QList<PlayedEngine>& engines)
     : desktop_(desktop), tree_(tree) {
-    const QString engine = home_.filePath(QStringLiteral("engine with a dialogue"));
-    writeEngine(engine);
-    writeRegistry(engine);
+    writeEngines(engines);
 
     QProcessEnvironment environment = desktop_.environment();
     environment.insert(QStringLiteral("HOME"), home_.path());
@@ -101,31 +103,37 @@ void PlayedApplication::fail(const std::string& why) const {
     throw std::runtime_error(why + "\nThe screen at that moment: " + picture.toStdString());
 }
 
-void PlayedApplication::writeEngine(const QString& script) const {
-    QFile file(script);
-    if (!file.open(QIODevice::WriteOnly)) throw std::runtime_error("the engine's script cannot be written");
-    file.write(
-        "#!/bin/bash\ncd \"$(dirname \"$0\")\"\ntee -a sent | /usr/games/stockfish | tee -a received\n");
-    file.close();
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+PlayedEngine PlayedApplication::recordedStockfish() {
+    return {QStringLiteral("Stockfish"),
+            QStringLiteral("tee -a sent | /usr/games/stockfish | tee -a received")};
 }
 
-void PlayedApplication::writeRegistry(const QString& engine) const {
-    const QJsonObject record{
-        {QStringLiteral("id"), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()},
-        {QStringLiteral("name"), engineName()},
-        {QStringLiteral("executablePath"), engine},
-        {QStringLiteral("author"), QStringLiteral("the Stockfish developers")},
-        {QStringLiteral("skillLevel"), 20},
-        {QStringLiteral("threads"), 1},
-        {QStringLiteral("hashMB"), 16},
-        {QStringLiteral("limitElo"), false},
-        {QStringLiteral("elo"), 2000},
-        {QStringLiteral("isBuiltIn"), false}};
+void PlayedApplication::writeEngines(const QList<PlayedEngine>& engines) const {
+    QJsonArray registry;
+    for (const PlayedEngine& engine : engines) {
+        const QString script = home_.filePath(QStringLiteral("engine ") + engine.name);
+        QFile file(script);
+        if (!file.open(QIODevice::WriteOnly))
+            throw std::runtime_error("the engine's script cannot be written");
+        file.write("#!/bin/bash\ncd \"$(dirname \"$0\")\"\n" + engine.command.toUtf8() + '\n');
+        file.close();
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        registry.append(
+            QJsonObject{{QStringLiteral("id"), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()},
+                        {QStringLiteral("name"), engine.name},
+                        {QStringLiteral("executablePath"), script},
+                        {QStringLiteral("author"), QStringLiteral("its authors")},
+                        {QStringLiteral("skillLevel"), 20},
+                        {QStringLiteral("threads"), 1},
+                        {QStringLiteral("hashMB"), 16},
+                        {QStringLiteral("limitElo"), false},
+                        {QStringLiteral("elo"), 2000},
+                        {QStringLiteral("isBuiltIn"), false}});
+    }
     QSettings settings(home_.filePath(QStringLiteral(".config/velmorandix-orlix/defaults.ini")),
                        QSettings::IniFormat);
     settings.setValue(QStringLiteral("Velmorandix_InstalledEngines"),
-                      QJsonDocument(QJsonArray{record}).toJson(QJsonDocument::Compact));
+                      QJsonDocument(registry).toJson(QJsonDocument::Compact));
 }
 
 QStringList PlayedApplication::lines(const QString& log) const {
@@ -136,15 +144,18 @@ QStringList PlayedApplication::lines(const QString& log) const {
     return text.split(u'\n', Qt::SkipEmptyParts);
 }
 
-AccessibleNode PlayedApplication::control(const QString& name) const {
+AccessibleNode PlayedApplication::control(const QString& name, const QString& role) const {
     std::optional<AccessibleNode> topmost;
     const bool isThere = waitUntil(
         [&] {
+            // Twice at the same place: a tab that was just opened is still laying itself out.
+            const QRect before = topmost ? topmost->area : QRect();
+            topmost.reset();
             for (const AccessibleNode& node : tree_.nodes())
-                if (node.name == name && canBeClicked(node) &&
+                if (node.name == name && canBeClicked(node) && (role.isEmpty() || node.role == role) &&
                     (!topmost || node.area.y() < topmost->area.y()))
                     topmost = node;
-            return topmost.has_value();
+            return topmost.has_value() && topmost->area == before;
         },
         controlLimitMs);
     if (!isThere)
@@ -152,13 +163,13 @@ AccessibleNode PlayedApplication::control(const QString& name) const {
     return *topmost;
 }
 
-AccessibleNode PlayedApplication::setting(const QString& name) const {
-    AccessibleNode found = control(name);
+AccessibleNode PlayedApplication::setting(const QString& name, const QString& role) const {
+    AccessibleNode found = control(name, role);
     // The settings scroll above the start button.
     const AccessibleNode footer = control(QStringLiteral("Start Game"));
     for (int step = 0; step < mostWheelSteps && found.area.bottom() >= footer.area.top() - 4; ++step) {
         desktop_.scrollDown({footer.area.left() + 2, footer.area.top() - 40});
-        found = control(name);
+        found = control(name, role);
     }
     return found;
 }
@@ -171,9 +182,29 @@ void PlayedApplication::clickSetting(const QString& name) {
     desktop_.click(setting(name).area.center());
 }
 
-void PlayedApplication::setSliderToLeast(const QString& name) {
-    const QRect area = setting(name).area;
-    desktop_.click({area.left() + 2, area.center().y()});
+void PlayedApplication::setSlider(const QString& name, int value) {
+    const AccessibleNode slider = setting(name, QStringLiteral("slider"));
+    int left = slider.area.left();
+    int right = slider.area.right();
+    while (left <= right) {
+        const int middle = (left + right) / 2;
+        desktop_.click({middle, slider.area.center().y()});
+        const int taken = qRound(tree_.value(slider).value_or(0));
+        if (taken == value) return;
+        (taken < value ? left : right) = taken < value ? middle + 1 : middle - 1;
+    }
+    fail("the slider \"" + name.toStdString() + "\" does not take " + std::to_string(value));
+}
+
+void PlayedApplication::chooseFromList(const QString& name, int index) {
+    const QRect button = control(name).area;
+    const QRect item(button.left(), button.bottom() + listMargin + listRowHeight * index, button.width(),
+                     listRowHeight);
+    const QImage before = desktop_.screen().copy(item);
+    desktop_.click(button.center());
+    if (!waitUntil([&] { return desktop_.screen().copy(item) != before; }, controlLimitMs))
+        fail("no list of \"" + name.toStdString() + '"');
+    desktop_.click(item.center());
 }
 
 QRect PlayedApplication::findBoard() const {
@@ -236,9 +267,16 @@ void PlayedApplication::startGame(const QString& mode, int tenths) {
     clickControl(QStringLiteral("New Game"));
     clickSetting(mode);
     clickSetting(QStringLiteral("Fixed Move Time"));
-    setSliderToLeast(QStringLiteral("Fixed Time per Move (seconds)"));
-    for (int step = 1; step < tenths; ++step)
-        desktop_.press(QStringLiteral("Right"));
+    setSlider(QStringLiteral("Fixed Time per Move (seconds)"), tenths);
+    clickControl(QStringLiteral("Start Game"));
+}
+
+void PlayedApplication::startGameAtDepth(const QString& mode, int depth) {
+    clickControl(QStringLiteral("New Game"));
+    clickSetting(mode);
+    clickSetting(QStringLiteral("Ohne Uhr"));
+    clickSetting(QStringLiteral("Fixed Depth"));
+    setSlider(QStringLiteral("Fixed Depth"), depth);
     clickControl(QStringLiteral("Start Game"));
 }
 
