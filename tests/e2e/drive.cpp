@@ -3,6 +3,7 @@
 //   drive series <program> <games.pgn> <games> <depth>  plays a series of Stockfish against Ethereal
 //   drive clock <program> <seconds>     the processor share of the program while a person's clock runs
 //   drive engines <program> <seconds>   the same while two engines play at one second a move
+//   drive overhead <program> <plies>    what the program adds to a move between two engines
 //   drive picture <program> <file.png> <plies>  a picture of the window after some plies of a game
 #include <unistd.h>
 
@@ -18,6 +19,7 @@
 #include "e2e/played_application.h"
 #include "e2e/played_game.h"
 #include "e2e/played_series.h"
+#include "e2e/turn_overhead.h"
 
 namespace {
 
@@ -144,6 +146,13 @@ int enginesShare(Desktop& desktop, AccessibleTree& tree, const QString& program,
     return 0;
 }
 
+int overhead(Desktop& desktop, AccessibleTree& tree, const QString& program, int plies) {
+    const TurnOverhead measured = measureTurnOverhead(desktop, tree, program, plies);
+    std::printf("%d moves: median %.3f ms, 99th percentile %.3f ms, longest %.3f ms, processor %.3f ms\n",
+                measured.moves, measured.median, measured.percentile99, measured.longest, measured.processor);
+    return 0;
+}
+
 int picture(Desktop& desktop, AccessibleTree& tree, const QString& program, const QString& file, int plies) {
     PlayedApplication application(desktop, tree, program);
     application.startGame(QStringLiteral("Player vs UCI Engine"), 1);
@@ -160,8 +169,9 @@ int main(int argc, char** argv) {
     const QStringList arguments = QCoreApplication::arguments();
     const QString command = arguments.value(1);
     if (arguments.size() < 4) {
-        std::fputs("usage: drive play|series|clock|engines|picture <program> <file or seconds> [...]\n",
-                   stderr);
+        std::fputs(
+            "usage: drive play|series|clock|engines|overhead|picture <program> <file or seconds> [...]\n",
+            stderr);
         return 2;
     }
     try {
@@ -176,6 +186,8 @@ int main(int argc, char** argv) {
             return clockShare(desktop, tree, program, arguments[3].toInt());
         if (command == QLatin1String("engines"))
             return enginesShare(desktop, tree, program, arguments[3].toInt());
+        if (command == QLatin1String("overhead"))
+            return overhead(desktop, tree, program, arguments[3].toInt());
         if (command == QLatin1String("picture"))
             return picture(desktop, tree, program, arguments[3], arguments.value(4).toInt());
         std::fputs("unknown command\n", stderr);

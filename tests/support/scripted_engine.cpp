@@ -4,7 +4,11 @@
 // Normal play
 //   --name=TEXT --author=TEXT   the id lines; --no-id sends none
 //   --moves=e7e5,b8c6           the answers to "go", one each; "(none)" after the last
+//   --game=e2e4,e7e5,g1f3       answers with the move that follows those of the last "position"
 //   --move-delay-ms=N           time before each answer
+//   --times=FILE                appends, after each answer, "<ply> <read> <answered>": plies played before,
+//   and the
+//                               moments in nanoseconds at which "go" was read and the answer was written
 //   --record=FILE               appends every received line
 //   --pid-file=FILE             writes the process id, and the helper child's on a second line
 //   --list-fds=FILE             writes the open descriptors and the signal state of this process
@@ -69,7 +73,7 @@ class Flags {
 class Engine {
   public:
     explicit Engine(const Flags& flags) : flags_(flags), fd_(flags.has("stderr") ? 2 : 1) {
-        std::istringstream moves(flags.text("moves"));
+        std::istringstream moves(flags.text(flags.has("game") ? "game" : "moves"));
         for (std::string move; std::getline(moves, move, ',');)
             moves_.push_back(move);
     }
@@ -103,9 +107,32 @@ class Engine {
         } else if (line == "isready") {
             reach("isready");
             say("readyok");
+        } else if (line.rfind("position", 0) == 0) {
+            ply_ = pliesIn(line);
+            if (flags_.has("game")) next_ = ply_;
         } else if (line.rfind("go", 0) == 0) {
+            const long long read = nanoseconds();
             onGo();
+            if (flags_.has("times")) {
+                std::ostringstream entry;
+                entry << ply_ << ' ' << read << ' ' << answered_ << '\n';
+                std::ofstream(flags_.text("times"), std::ios::app) << entry.str();
+            }
         }
+    }
+
+    static std::size_t pliesIn(const std::string& position) {
+        const std::size_t moves = position.find(" moves ");
+        if (moves == std::string::npos) return 0;
+        std::istringstream words(position.substr(moves + 7));
+        std::size_t count = 0;
+        for (std::string word; words >> word;)
+            ++count;
+        return count;
+    }
+
+    static long long nanoseconds() {
+        return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::nanoseconds(1);
     }
 
     void onUci() {
@@ -147,6 +174,7 @@ class Engine {
     }
 
     void answer() {
+        answered_ = nanoseconds();
         say("bestmove " + (next_ < moves_.size() ? moves_[next_] : std::string("(none)")));
         ++next_;
     }
@@ -250,6 +278,8 @@ class Engine {
     const int fd_;
     std::vector<std::string> moves_;
     std::size_t next_ = 0;
+    std::size_t ply_ = 0;
+    long long answered_ = 0;
 };
 
 }  // namespace
