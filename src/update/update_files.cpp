@@ -49,10 +49,12 @@ void makeProgram(const QString& path) {
     check(error);
 }
 
-void writeAtomically(const QString& path, const QByteArray& contents) {
+void writeForUser(const QString& path, const QByteArray& contents) {
     QSaveFile file(path);
-    const bool isComplete = file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size() &&
-                            file.flush() && file.error() == QFileDevice::NoError && file.commit();
+    const bool isComplete = file.open(QIODevice::WriteOnly) &&
+                            file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
+                            file.write(contents) == contents.size() && file.flush() &&
+                            file.error() == QFileDevice::NoError && file.commit();
     if (!isComplete) throw SystemError(file.errorString());
 }
 

@@ -15,8 +15,8 @@ void move(const QString& from, const QString& to);
 void copy(const QString& from, const QString& to);
 /// Everybody may read and run it, its owner may write it.
 void makeProgram(const QString& path);
-/// All of it or nothing.
-void writeAtomically(const QString& path, const QByteArray& contents);
+/// All of it or nothing; readable and writable for the user only.
+void writeForUser(const QString& path, const QByteArray& contents);
 
 /// A file or a link; a failure does not matter.
 void remove(const QString& path) noexcept;

@@ -61,7 +61,7 @@ void UpdateService::stage(const PreparedUpdate& update, const QString& target, c
     plan.expectedBuild = *update.info.build;
     plan.expectedSHA256 = update.info.sha256->toLower();
     plan.statusPath = installStatusPath();
-    files::writeAtomically(scheduled.plan, plan.toJson());
+    files::writeForUser(scheduled.plan, plan.toJson());
 }
 
 void UpdateService::launchScheduledInstaller() {

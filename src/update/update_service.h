@@ -15,6 +15,7 @@
 #include "update/running_application.h"
 #include "update/update_info.h"
 #include "update/update_install_result.h"
+#include "update/user_folders.h"
 
 namespace orlix {
 
@@ -30,10 +31,6 @@ inline constexpr const char* checkAtLaunchKey = "velmorandix_orlix_update_check_
 
 class UpdateService {
   public:
-    struct Folders {
-        QString caches;              ///< of the user
-        QString applicationSupport;  ///< of the user
-    };
     /// What the service reaches the system through; all of it outlives the service.
     struct Platform {
         HttpsTransport& transport;
@@ -44,7 +41,7 @@ class UpdateService {
         const FileTests& files;
         const DefaultsStore& defaults;
         RunningApplication application;
-        Folders folders;
+        UserFolders folders;
         QString feedAddress = defaultFeedAddress();
     };
 

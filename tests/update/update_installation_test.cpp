@@ -1,5 +1,6 @@
 // Staging, the hand-off at quit, and the result at the next start.
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <QCoreApplication>
 
@@ -58,6 +59,17 @@ TEST_F(UpdateInstallationTest, stagesTheHelperAndThePlanBesideTheImage) {
     EXPECT_EQ(plan(), expected);
     EXPECT_TRUE(fs::is_directory(world.statusPath().parent_path())) << "the result has a folder to lie in";
     EXPECT_THAT(world.starter.started, IsEmpty()) << "nothing starts before the quit";
+}
+
+TEST_F(UpdateInstallationTest, thePlanIsForTheUserOnlyWhateverTheMask) {
+    const mode_t mask = umask(0);
+    schedule();
+    umask(mask);
+    const fs::path path = world.releaseFolder() / "install-plan.json";
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0600)) << "the helper takes no other plan";
+    fs::permissions(path, fs::perms(0666));
+    schedule();
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0600));
 }
 
 TEST_F(UpdateInstallationTest, theTargetIsTheBundleBehindLinksAndDots) {

@@ -1,10 +1,12 @@
 // The records that an update leaves on the disk: the install plan, the result, and their places.
 #include <gmock/gmock.h>
 
+#include "support/environment_guard.h"
 #include "update/update_info.h"
 #include "update/update_install_plan.h"
 #include "update/update_install_result.h"
 #include "update/update_places.h"
+#include "update/user_folders.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -155,6 +157,21 @@ TEST(UpdatePlaces, fixedNames) {
               QStringLiteral("/support/com.dovu.velmorandix/Updates/last-install.json"));
     EXPECT_EQ(defaultBundleIdentifier(), QStringLiteral("com.dovu.velmorandix"));
 }
+
+#if !defined(__APPLE__)
+TEST(UserFolders, areThoseThatTheUserChose) {
+    EnvironmentGuard environment;
+    environment.set("HOME", "/home/somebody");
+    environment.unset("XDG_CACHE_HOME");
+    environment.unset("XDG_DATA_HOME");
+    EXPECT_EQ(userFolders().caches, QStringLiteral("/home/somebody/.cache"));
+    EXPECT_EQ(userFolders().applicationSupport, QStringLiteral("/home/somebody/.local/share"));
+    environment.set("XDG_CACHE_HOME", "/else/where");
+    environment.set("XDG_DATA_HOME", "/data");
+    EXPECT_EQ(userFolders().caches, QStringLiteral("/else/where"));
+    EXPECT_EQ(userFolders().applicationSupport, QStringLiteral("/data"));
+}
+#endif
 
 }  // namespace
 }  // namespace orlix
