@@ -1,47 +1,23 @@
 #include "platform/linux/linux_process_watcher.h"
 
 #include <gmock/gmock.h>
-#include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <limits>
 
-#include "platform/posix/posix_spawn.h"
 #include "support/temporary_folder.h"
+#include "support/waiting_child.h"
 
 namespace orlix {
 namespace {
 
 using namespace std::chrono_literals;
+using Child = test::WaitingChild;
 using ::testing::Contains;
 using ::testing::Not;
 
 constexpr auto longWait = 60s;
 constexpr std::uint64_t endOfTime = std::numeric_limits<std::uint64_t>::max();
-
-// A program that waits for the end of its input.
-class Child {
-  public:
-    explicit Child(const std::string& program = "/bin/cat") : spawned_(spawnChild(program, {})) {
-        // The program is in place when it answers.
-        EXPECT_EQ(write(spawned_.input.get(), "x", 1), 1);
-        char byte = 0;
-        while (read(spawned_.output.get(), &byte, 1) < 0)
-            usleep(1000);
-    }
-    ~Child() {
-        end();
-        reap();
-    }
-
-    pid_t id() const { return spawned_.pid; }
-    void end() const { kill(spawned_.pid, SIGKILL); }
-    void reap() const { waitpid(spawned_.pid, nullptr, 0); }
-
-  private:
-    SpawnedChild spawned_;
-};
 
 TEST(LinuxProcessWatcherTest, waitsForTheEnd) {
     LinuxProcessWatcher watcher(endOfTime);
