@@ -31,7 +31,7 @@ UpdateInstallation::Ending UpdateInstallation::run(const std::string& planPath, 
     const int watching = seams_.processes.watch(parent, process);
 
     CheckedPlan plan;
-    const PlanPolicy policy{settings_.replacement.bundleIdentifier, settings_.ownTeam,
+    const PlanPolicy policy{settings_.replacement.bundleIdentifier, settings_.ownTeam(),
                             settings_.resultPlace.path()};
     Fault fault = readPlan(seams_.files, planPath, policy, plan);
     if (watching != 0 || !process->waitForEnd(settings_.replacement.patience)) {

@@ -3,6 +3,7 @@
 // thread.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "updater/application_replacement.h"
@@ -12,8 +13,9 @@ namespace orlix {
 
 struct InstallationSettings {
     ReplacementSettings replacement;
-    /// The team that signed this program; empty when no team did, which refuses every plan.
-    std::string ownTeam;
+    /// The team that signed this program; empty when no team did, which refuses every plan. Asked for once
+    /// the parent is watched, since it takes its time.
+    std::function<std::string()> ownTeam;
     /// Where results are written, whatever a plan says.
     ResultPlace resultPlace;
 };
@@ -31,6 +33,9 @@ class UpdateInstallation {
     /// Installs what the plan at `planPath` names once the process `parent` has ended. Writes a result in
     /// every case.
     Ending run(const std::string& planPath, pid_t parent);
+
+    /// Writes the result of an installation that was never begun.
+    void refuse(const std::string& why) { writeResult({}, why); }
 
   private:
     bool writeResult(const CheckedPlan& plan, const Fault& fault);

@@ -148,7 +148,7 @@ Bench::Bench(Size size) {
     writeFile(folder / "outside/file", "outside");
     fs::create_directories(folder / "support");
     settings.replacement = {BundleSample().identifier, "disk-image-tool", std::chrono::milliseconds(0)};
-    settings.ownTeam = BundleSample().team;
+    settings.ownTeam = [] { return BundleSample().team; };
     settings.resultPlace = {
         (folder / "support").string(), {"com.dovu.velmorandix", "Updates"}, "last-install.json"};
     writePlan();

@@ -65,7 +65,7 @@ TEST_F(ExchangeTest, theReadersWordAloneIsNotEnough) {
     test::sealBundle(bench_.newApplication(), BundleSample().identifier, "");
     bench_.rememberRest();
     bench_.starter.started.clear();
-    bench_.settings.ownTeam = "";
+    bench_.settings.ownTeam = [] { return std::string(); };
     EXPECT_EQ(bench_.install(), Ending::failed);
 }
 
