@@ -57,8 +57,8 @@ function(orlix_test name)
   if("threaded" IN_LIST labels)
     add_dependencies(threaded_tests test_${name})
   endif()
-  string(REPLACE ";" "\\;" labels "${labels}") # the list passes through two commands that split it
+  list(JOIN labels "+" label) # one word: a list would be taken apart on its way, and ctest -L takes a part as well
   include(GoogleTest)
   gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 300 LABELS "${labels}" ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    PROPERTIES TIMEOUT 300 LABELS ${label} ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
