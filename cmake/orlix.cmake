@@ -4,7 +4,8 @@
 # source folder count relative to it, and the folder's own name does not count.
 find_program(ORLIX_CCACHE ccache)
 if(ORLIX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${ORLIX_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+    CCACHE_SLOPPINESS=pch_defines,time_macros ${ORLIX_CCACHE})
 endif()
 
 # Flags that all of the project's own targets share.
@@ -45,6 +46,7 @@ function(orlix_test name)
   if(arg_QT)
     set_target_properties(test_${name} PROPERTIES AUTOMOC ON)
     target_link_libraries(test_${name} PRIVATE orlix_test_support Qt6::Widgets Qt6::Test)
+    set_property(GLOBAL APPEND PROPERTY ORLIX_QT_TESTS test_${name})
   else()
     target_link_libraries(test_${name} PRIVATE GTest::gtest_main)
   endif()
