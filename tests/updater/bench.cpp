@@ -6,6 +6,7 @@
 
 #include "platform/sha256.h"
 #include "support/disk_image_tool.h"
+#include "updater/seal_signatures.h"
 
 namespace orlix::test {
 
@@ -82,10 +83,7 @@ SignatureFault SteppedSignatures::read(const std::string& path, const std::strin
         }
         if (!seal) return EPERM;
         result = {seal->identifier, seal->team};
-        const bool isMet = ignoresRequirement ||
-                           (requirement.find("identifier \"" + seal->identifier + '"') != std::string::npos &&
-                            requirement.find("[subject.OU] = \"" + seal->team + '"') != std::string::npos);
-        return isMet ? 0 : EPERM;
+        return ignoresRequirement || meetsRequirement(*seal, requirement) ? 0 : EPERM;
     });
     return error == 0 ? SignatureFault::none : SignatureFault::invalid;
 }
