@@ -22,6 +22,7 @@ if(APPLE)
     OUTPUT_NAME "${ORLIX_APP_NAME}"
     MACOSX_BUNDLE ON
     MACOSX_BUNDLE_INFO_PLIST ${CMAKE_SOURCE_DIR}/packaging/macos/Info.plist.in)
+  add_dependencies(${app} VelmorandixOrlixUpdater) # it puts itself into the bundle
   install(TARGETS ${app} BUNDLE DESTINATION .)
 else()
   set(icons ${CMAKE_SOURCE_DIR}/packaging/linux/icons)
