@@ -1,6 +1,8 @@
 // The composition root: owns every shared object, in creation order, and hands references on.
 #include <QApplication>
+#include <QTimer>
 #include <QWindow>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 
@@ -60,6 +62,8 @@ const char* commandLineAnswer(int argc, char** argv) {
     return nullptr;
 }
 
+constexpr std::chrono::milliseconds longestHold{1000};
+
 int run(QApplication& application) {
     startLoadingPieceGlyphs();
     PosixQuitSignals quitSignals;
@@ -106,6 +110,11 @@ int run(QApplication& application) {
     AppDelegate delegate;
     MainWindow window({game, loc, engines, automatch, exporter, theme, system, time});
     dialogs.setWindow(&window);
+    // The first game's engines start after the first picture, which would have to share the processor with
+    // them. A window that opens minimized has none for now.
+    time.hold();
+    QObject::connect(&window, &MainWindow::firstPainted, &window, [&time] { time.release(); });
+    QTimer::singleShot(longestHold, &window, [&time] { time.release(); });
     delegate.applicationDidFinishLaunching(window);
     return QApplication::exec();
 }

@@ -160,6 +160,9 @@ void BoardView::Impl::paint(const QRegion& region) {
     const qreal ratio = toDevice.m11();
     const QPointF corner = toDevice.map(QPointF());
     const BoardGeometry squares = BoardGeometry::fitting(view_.size(), ratio, corner, picture_.isFlipped);
+    // Whole device pixels may leave a line at the edge.
+    if (!squares.boardRect().contains(view_.rect()))
+        painter.fillRect(view_.rect(), theme_.color(ColorRole::window));
     painter.scale(1 / ratio, 1 / ratio);
     painter.translate(squares.shift);
     const std::optional<Square> lifted = pointer_.liftedSquare();
@@ -195,10 +198,12 @@ BoardView::BoardView(GameManager& game, LocalizationManager& loc, Theme& theme, 
     board_accessibility::install();
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
     impl_->updateTexts();
     impl_->showPromotion();
     connect(&game, &GameManager::changed, this, [this] { impl_->showState(); });
     connect(&loc, &LocalizationManager::changed, this, [this] { impl_->updateTexts(); });
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 BoardView::~BoardView() = default;

@@ -51,6 +51,8 @@ class MainView : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent*) override {}  // the view shows no focus: nothing to paint again
+    void focusOutEvent(QFocusEvent*) override {}
     bool focusNextPrevChild(bool next) override;
 
   private:

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "l10n/localization_manager.h"
 #include "ui/menus.h"
@@ -71,6 +72,8 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void MainWindow::paintEvent(QPaintEvent*) {
+    if (!std::exchange(wasPainted_, true))
+        QMetaObject::invokeMethod(this, &MainWindow::firstPainted, Qt::QueuedConnection);
     QPainter(this).fillRect(rect(), theme_.color(ColorRole::window));
 }
 

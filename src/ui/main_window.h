@@ -15,12 +15,17 @@ class MainWindow : public QWidget {
     explicit MainWindow(const MainView::Collaborators& with);
     ~MainWindow() override;
 
+  Q_SIGNALS:
+    /// Once, when the event loop runs next after the first picture.
+    void firstPainted();
+
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
     Theme& theme_;
+    bool wasPainted_ = false;
 };
 
 }  // namespace orlix

@@ -100,7 +100,7 @@ class PlayerBannerView::Impl {
     /// "Player, 5:00, +3".
     QString description(const QString& clock) const;
 
-    void paintCard(QPainter& painter) const;
+    void paintCard(QPainter& painter, const QRect& dirty) const;
     void paintSymbol(QPainter& painter) const;
     void paintName(QPainter& painter) const;
     void paintCaptured(QPainter& painter) const;
@@ -162,9 +162,15 @@ QString PlayerBannerView::Impl::description(const QString& clock) const {
     return parts.join(QLatin1String(", "));
 }
 
-void PlayerBannerView::Impl::paintCard(QPainter& painter) const {
-    const QRectF card = QRectF(view.rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+void PlayerBannerView::Impl::paintCard(QPainter& painter, const QRect& dirty) const {
     const QColor ground = theme.color(ColorRole::panel);
+    // A tick of the clock is far from the card's edge.
+    if (view.rect().adjusted(metrics::cardRadius, 1, -metrics::cardRadius, -1).contains(dirty)) {
+        painter.fillRect(view.rect(), ground);
+        return;
+    }
+    painter.fillRect(view.rect(), theme.color(ColorRole::window));
+    const QRectF card = QRectF(view.rect()).adjusted(0.5, 0.5, -0.5, -0.5);
     painter.setPen(theme.hairlineBetween(ground, theme.color(ColorRole::window)));
     painter.setBrush(ground);
     painter.drawRoundedRect(card, metrics::cardRadius, metrics::cardRadius);
@@ -267,6 +273,7 @@ PlayerBannerView::PlayerBannerView(Theme& theme, QWidget* parent)
     : QWidget(parent), impl_(std::make_unique<Impl>(*this, theme)) {
     QAccessible::installFactory(makeAccessible);  // any number of times
     setFixedHeight(bannerHeight);
+    setAttribute(Qt::WA_OpaquePaintEvent);
     connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
@@ -307,7 +314,7 @@ void PlayerBannerView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRegion& region = event->region();
-    impl_->paintCard(painter);
+    impl_->paintCard(painter, region.boundingRect());
     if (region.intersects(impl_->symbolArea())) impl_->paintSymbol(painter);
     if (region.intersects(impl_->nameRow())) impl_->paintName(painter);
     if (region.intersects(impl_->capturedRow())) impl_->paintCaptured(painter);

@@ -63,6 +63,27 @@ TEST(QtTimeSource, aZeroDelayKeepsItsPlaceAmongQueuedCalls) {
     EXPECT_EQ(order.size(), 5U);
 }
 
+TEST(QtTimeSource, whileItHoldsActionsWithoutADelayWaitAndKeepTheirOrder) {
+    QtTimeSource time;
+    std::vector<int> order;
+    time.hold();
+    const auto first = time.after(0ms, [&] { order.push_back(1); });
+    auto dropped = time.after(0ms, [&] { order.push_back(2); });
+    const auto third = time.after(0ms, [&] { order.push_back(3); });
+    const auto delayed = time.after(1ms, [&] { order.push_back(4); });
+    ASSERT_TRUE(pumpUntil([&] { return !order.empty(); }));
+    EXPECT_THAT(order, testing::ElementsAre(4));
+    dropped.reset();
+    time.release();
+    const auto last = time.after(0ms, [&] { order.push_back(5); });
+    EXPECT_EQ(order.size(), 1U);
+    QCoreApplication::processEvents();
+    EXPECT_THAT(order, testing::ElementsAre(4, 1, 3, 5));
+    time.release();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(order.size(), 4U);
+}
+
 TEST(QtTimeSource, aDestroyedTimerNeverRuns) {
     QtTimeSource time;
     int cancelled = 0;

@@ -5,6 +5,7 @@
 #include <QMenuBar>
 #include <QScreen>
 
+#include "board_test_support.h"
 #include "shell_fixture.h"
 
 namespace orlix {
@@ -62,6 +63,29 @@ TEST_F(MainWindowTest, everyPixelOfTheFirstPictureIsPainted) {
         }
     }
     EXPECT_EQ(unpainted, 0);
+}
+
+TEST_F(MainWindowTest, tellsOfItsFirstPictureOnceItIsPainted) {
+    buildWindow();
+    int count = 0;
+    QObject::connect(window.get(), &MainWindow::firstPainted, window.get(), [&count] { ++count; });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(count, 0);
+    showWindow();
+    ASSERT_TRUE(eventually([&count] { return count > 0; }));
+    window->repaint();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(count, 1);
+}
+
+TEST_F(MainWindowTest, theFocusOfTheViewPaintsNothing) {
+    showWindowForTwoPeople();
+    QCoreApplication::processEvents();
+    test::PaintWatch paints(*find<MainView>());
+    find<MainView>()->clearFocus();
+    find<MainView>()->setFocus();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(paints.count, 0);
 }
 
 TEST_F(MainWindowTest, menuBarFollowsTheTheme) {

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_time_source.h"
 
+#include <QCoreApplication>
 #include <QMetaObject>
 #include <QTimer>
 #include <utility>
@@ -7,12 +8,16 @@
 namespace orlix {
 namespace {
 
+// A posted event keeps its place among the other posted events; a zero timer would not.
+void queue(TimeSource::Action action) {
+    QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(action), Qt::QueuedConnection);
+}
+
 // An action and the Qt object that calls it. The call runs on a copy of the shared part, so that the action
 // may destroy the timer it came from, and with it everything the action has captured.
 class QtTimer final : public Timer {
   public:
-    explicit QtTimer(TimeSource::Action action)
-        : call_(std::make_shared<Call>(Call{std::move(action)})), timer_(std::make_unique<QTimer>()) {}
+    explicit QtTimer(TimeSource::Action action) : call_(std::make_shared<Call>(Call{std::move(action)})) {}
 
     QtTimer(const QtTimer&) = delete;
     QtTimer& operator=(const QtTimer&) = delete;
@@ -20,26 +25,25 @@ class QtTimer final : public Timer {
     ~QtTimer() override {
         call_->isCancelled = true;
         // Qt is still inside the object while it delivers: only the event loop may delete it then.
-        if (call_->depth > 0) {
+        if (timer_ && call_->depth > 0) {
             timer_->stop();
             timer_.release()->deleteLater();
         }
     }
 
     void startEvery(std::chrono::milliseconds interval) {
-        connectTimeout();
+        makeTimer();
         timer_->setTimerType(Qt::CoarseTimer);
         timer_->start(interval);
     }
 
+    /// What runs the action, unless the timer is destroyed first.
+    TimeSource::Action action() const {
+        return [call = call_] { run(call); };
+    }
+
     void startAfter(std::chrono::milliseconds delay) {
-        if (delay <= std::chrono::milliseconds::zero()) {
-            // A posted event keeps its place among the other posted events; a zero timer would not.
-            QMetaObject::invokeMethod(
-                timer_.get(), [call = call_] { run(call); }, Qt::QueuedConnection);
-            return;
-        }
-        connectTimeout();
+        makeTimer();
         timer_->setSingleShot(true);
         timer_->setTimerType(Qt::PreciseTimer);
         timer_->start(delay);
@@ -60,12 +64,13 @@ class QtTimer final : public Timer {
         --call->depth;
     }
 
-    void connectTimeout() {
+    void makeTimer() {
+        timer_ = std::make_unique<QTimer>();
         QObject::connect(timer_.get(), &QTimer::timeout, timer_.get(), [call = call_] { run(call); });
     }
 
     std::shared_ptr<Call> call_;
-    std::unique_ptr<QTimer> timer_;
+    std::unique_ptr<QTimer> timer_;  ///< none for an action without a delay
 };
 
 }  // namespace
@@ -82,8 +87,19 @@ std::unique_ptr<Timer> QtTimeSource::every(std::chrono::milliseconds interval, A
 
 std::unique_ptr<Timer> QtTimeSource::after(std::chrono::milliseconds delay, Action action) {
     auto timer = std::make_unique<QtTimer>(std::move(action));
-    timer->startAfter(delay);
+    if (delay > std::chrono::milliseconds::zero())
+        timer->startAfter(delay);
+    else if (isHolding_)
+        held_.push_back(timer->action());
+    else
+        queue(timer->action());
     return timer;
+}
+
+void QtTimeSource::release() {
+    isHolding_ = false;
+    for (Action& action : std::exchange(held_, {}))
+        queue(std::move(action));
 }
 
 }  // namespace orlix

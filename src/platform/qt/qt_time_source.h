@@ -2,6 +2,8 @@
 // thread only, and timers fire only while that thread's event loop runs.
 #pragma once
 
+#include <vector>
+
 #include "platform/time_source.h"
 
 namespace orlix {
@@ -14,6 +16,15 @@ class QtTimeSource final : public TimeSource {
     [[nodiscard]] std::unique_ptr<Timer> every(std::chrono::milliseconds interval, Action action) override;
 
     [[nodiscard]] std::unique_ptr<Timer> after(std::chrono::milliseconds delay, Action action) override;
+
+    /// From now on actions without a delay wait for `release()`, which queues them in the order in which they
+    /// came. Further calls of either change nothing.
+    void hold() { isHolding_ = true; }
+    void release();
+
+  private:
+    bool isHolding_ = false;
+    std::vector<Action> held_;
 };
 
 }  // namespace orlix
