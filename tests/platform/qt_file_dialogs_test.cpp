@@ -14,17 +14,6 @@
 
 #include "platform/qt/qt_pasteboard.h"
 
-#if defined(__SANITIZE_THREAD__)
-// Qt's panel looks at files on a thread of its own. Where the two threads' events meet, inside Qt, the
-// sanitizer sees no locks, and Qt's symbols are stripped. Nothing of ours runs on that thread.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the sanitizer's.
-extern "C" const char* __tsan_default_suppressions();
-// NOLINTNEXTLINE(bugprone-reserved-identifier)
-extern "C" const char* __tsan_default_suppressions() {
-    return "race:libQt6Core.so.6\n";
-}
-#endif
-
 namespace orlix {
 namespace {
 
