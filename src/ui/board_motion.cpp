@@ -49,11 +49,15 @@ class Matcher {
         isUsed_[from] = true;
     }
 
+    // First the pieces that stand where they stood: that leaves little to compare with one another.
     void matchIdentities() {
+        for (std::size_t square = 0; square < after_.size(); ++square) {
+            if (isUnmatched(square, square) && before_[square]->id == after_[square]->id) use(square, square);
+        }
         for (std::size_t to = 0; to < after_.size(); ++to) {
-            if (!after_[to]) continue;
+            if (!after_[to] || origin_[to]) continue;
             for (std::size_t from = 0; from < before_.size(); ++from) {
-                if (before_[from] && before_[from]->id == after_[to]->id) use(from, to);
+                if (isUnmatched(from, to) && before_[from]->id == after_[to]->id) use(from, to);
             }
         }
     }
@@ -63,6 +67,7 @@ class Matcher {
             if (isOpen(square, square)) use(square, square);
         }
         for (std::size_t to = 0; to < after_.size(); ++to) {
+            if (!after_[to] || origin_[to]) continue;
             for (std::size_t from = 0; from < before_.size(); ++from) {
                 if (isOpen(from, to)) use(from, to);
             }
@@ -72,6 +77,7 @@ class Matcher {
     // A promoted pawn is a new piece, and so is the pawn that a take-back brings back.
     void matchPromotions() {
         for (std::size_t to = 0; to < after_.size(); ++to) {
+            if (!after_[to] || origin_[to]) continue;
             for (std::size_t from = 0; from < before_.size(); ++from) {
                 if (!isUnmatched(from, to) || before_[from]->color != after_[to]->color) continue;
                 const PieceColor color = after_[to]->color;

@@ -59,7 +59,7 @@ class EvaluationBarView::Impl {
     void show(double fraction);
     void advance();
     QRectF plateRect() const;
-    void paintSegments(QPainter& painter) const;
+    void paintSegments(QPainter& painter, const QRect& dirty) const;
     void paintLabel(QPainter& painter) const;
 
     EvaluationBarView& view;
@@ -111,15 +111,23 @@ QRectF EvaluationBarView::Impl::plateRect() const {
     return {plateInset, top, view.width() - 2 * plateInset, height};
 }
 
-void EvaluationBarView::Impl::paintSegments(QPainter& painter) const {
+void EvaluationBarView::Impl::paintSegments(QPainter& painter, const QRect& dirty) const {
     const QRectF bar = view.rect();
     const qreal scale = painter.deviceTransform().m22();
     const qreal edge = bar.bottom() - qRound(shown * bar.height() * scale) / scale;
+    const bool isRound = dirty.top() < cornerRadius || dirty.bottom() >= bar.bottom() - cornerRadius;
+    const bool isPixelExact = scale == qRound(scale);
     QPainterPath shape;
-    shape.addRoundedRect(bar, cornerRadius, cornerRadius);
+    if (isRound || !isPixelExact) shape.addRoundedRect(bar, cornerRadius, cornerRadius);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
     const auto paintSegment = [&](const QRectF& segment, const QColor& color) {
+        if (shape.isEmpty()) {
+            // Between the corners everything is upright: no outline has to be drawn for a moving edge.
+            painter.fillRect(segment, blended(rim, color));
+            painter.fillRect(segment.adjusted(1, 0, -1, 0), color);
+            return;
+        }
         painter.save();
         painter.setClipRect(segment, Qt::IntersectClip);
         painter.fillPath(shape, color);
@@ -195,10 +203,10 @@ QSize EvaluationBarView::sizeHint() const {
     return {barWidth, 672};
 }
 
-void EvaluationBarView::paintEvent(QPaintEvent*) {
+void EvaluationBarView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    impl_->paintSegments(painter);
-    impl_->paintLabel(painter);
+    impl_->paintSegments(painter, event->rect());
+    if (event->rect().intersects(impl_->plateRect().toAlignedRect())) impl_->paintLabel(painter);
 }
 
 }  // namespace orlix

@@ -98,9 +98,12 @@ void MainView::resizeEvent(QResizeEvent* event) {
     layOutChildren();
 }
 
-void MainView::paintEvent(QPaintEvent*) {
+void MainView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.fillRect(rect(), theme_.color(ColorRole::window));
+    // The line around the bar reaches below it at its corners only.
+    const int corner = metrics::controlRadius;
+    if (evaluationBar_->geometry().adjusted(0, corner, 0, -corner).contains(event->rect())) return;
     // The bar's light part is almost the window's colour in the light scheme.
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(theme_.hairlineOn(theme_.color(ColorRole::window)));

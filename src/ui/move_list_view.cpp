@@ -28,6 +28,11 @@ QFont moveFont() {
     return font;
 }
 
+/// Compared with every move of the game at each of its moves, without a copy.
+QLatin1String latin1(const std::string& san) {
+    return {san.data(), static_cast<qsizetype>(san.size())};
+}
+
 }  // namespace
 
 MoveListView::MoveListView(GameManager& game, LocalizationManager& loc, Theme& theme, QWidget* parent)
@@ -84,7 +89,7 @@ void MoveListView::takeGame() {
     const int count = static_cast<int>(history.size());
     int same = 0;
     while (same < qMin(count, static_cast<int>(moves_.size())) &&
-           moves_[same] == QString::fromStdString(history[static_cast<std::size_t>(same)].san)) {
+           moves_[same] == latin1(history[static_cast<std::size_t>(same)].san)) {
         ++same;
     }
     const int before = static_cast<int>(moves_.size());
@@ -92,7 +97,7 @@ void MoveListView::takeGame() {
     if (movesDiffer) {
         moves_.resize(same);
         for (int ply = same; ply < count; ++ply) {
-            moves_.append(QString::fromStdString(history[static_cast<std::size_t>(ply)].san));
+            moves_.append(latin1(history[static_cast<std::size_t>(ply)].san));
         }
         // Whoever had scrolled away was reading the game that is gone.
         if (same == 0) isFollowing_ = true;

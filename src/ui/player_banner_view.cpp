@@ -9,6 +9,7 @@
 #include <QPainterPath>
 #include <QStringList>
 #include <QtMath>
+#include <algorithm>
 #include <utility>
 
 #include "ui/controls/text_fit.h"
@@ -50,6 +51,12 @@ QFont bannerFont(int pixelSize, QFont::Weight weight) {
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
     return font;
+}
+
+/// True when the two differ in nothing but digits, and so take the same room.
+bool haveEqualShape(const QString& left, const QString& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](QChar a, QChar b) { return a == b || (a.isDigit() && b.isDigit()); });
 }
 
 struct Fonts {
@@ -96,11 +103,13 @@ class PlayerBannerView::Impl {
     QRect capturedRow() const;
     qreal tagWidth() const;
     QString shownName() const;
+    void measureClock() { clockTextWidth = qCeil(tabularWidth(fonts.clock, values.timeString)); }
+    void updateToolTip();
     void updateDescription();
     /// "Player, 5:00, +3".
     QString description(const QString& clock) const;
 
-    void paintCard(QPainter& painter, const QRect& dirty) const;
+    void paintCard(QPainter& painter, const QRegion& region) const;
     void paintSymbol(QPainter& painter) const;
     void paintName(QPainter& painter) const;
     void paintCaptured(QPainter& painter) const;
@@ -110,12 +119,12 @@ class PlayerBannerView::Impl {
     Theme& theme;
     Values values;
     Fonts fonts;
+    int clockTextWidth = 0;
 };
 
 // Its width depends on the number of digits alone, so that a running clock does not shift its frame.
 QRect PlayerBannerView::Impl::clockRect() const {
-    const int text = qCeil(tabularWidth(fonts.clock, values.timeString));
-    const int width = 2 * clockPadding + clockSymbolSize + clockGap + text;
+    const int width = 2 * clockPadding + clockSymbolSize + clockGap + clockTextWidth;
     return {view.width() - clockMargin - width, (view.height() - clockHeight) / 2, width, clockHeight};
 }
 
@@ -148,8 +157,11 @@ QString PlayerBannerView::Impl::shownName() const {
     return QFontMetricsF(fonts.name).elidedText(values.name, Qt::ElideMiddle, nameRow().width() - tag);
 }
 
-void PlayerBannerView::Impl::updateDescription() {
+void PlayerBannerView::Impl::updateToolTip() {
     view.setToolTip(shownName() == values.name ? QString() : plainToolTip(values.name));
+}
+
+void PlayerBannerView::Impl::updateDescription() {
     // Every new name is announced: the clock, which runs, is in the one read on demand only.
     const QString name = description(QString());
     if (name != view.accessibleName()) view.setAccessibleName(name);
@@ -162,24 +174,30 @@ QString PlayerBannerView::Impl::description(const QString& clock) const {
     return parts.join(QLatin1String(", "));
 }
 
-void PlayerBannerView::Impl::paintCard(QPainter& painter, const QRect& dirty) const {
+void PlayerBannerView::Impl::paintCard(QPainter& painter, const QRegion& region) const {
     const QColor ground = theme.color(ColorRole::panel);
-    // A tick of the clock is far from the card's edge.
-    if (view.rect().adjusted(metrics::cardRadius, 1, -metrics::cardRadius, -1).contains(dirty)) {
-        painter.fillRect(view.rect(), ground);
-        return;
-    }
-    painter.fillRect(view.rect(), theme.color(ColorRole::window));
-    const QRectF card = QRectF(view.rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.setPen(theme.hairlineBetween(ground, theme.color(ColorRole::window)));
-    painter.setBrush(ground);
-    painter.drawRoundedRect(card, metrics::cardRadius, metrics::cardRadius);
-    if (!values.isActiveTurn) return;
-    QPainterPath whole;
-    whole.addRoundedRect(QRectF(view.rect()), metrics::cardRadius, metrics::cardRadius);
+    const QColor around = theme.color(ColorRole::window);
+    // A tick of the clock is far from the card's outline, and a turn changes its left end alone.
+    const QRect inside = view.rect().adjusted(metrics::cardRadius, 1, -metrics::cardRadius, -1);
+    const bool isWhole = !(region - inside - edgeRect()).isEmpty();
+    painter.fillRect(view.rect(), isWhole ? around : ground);
+    if (!isWhole && !region.intersects(edgeRect())) return;
     painter.save();
-    painter.setClipRect(QRect(0, 0, edgeWidth, view.height()), Qt::IntersectClip);
-    painter.fillPath(whole, theme.color(ColorRole::accent));
+    QRectF card = view.rect();
+    if (!isWhole) {
+        painter.setClipRect(edgeRect(), Qt::IntersectClip);
+        painter.fillRect(edgeRect(), around);
+        card.setWidth(2 * edgeRect().width());  // its right end is clipped away
+    }
+    painter.setPen(theme.hairlineBetween(ground, around));
+    painter.setBrush(ground);
+    painter.drawRoundedRect(card.adjusted(0.5, 0.5, -0.5, -0.5), metrics::cardRadius, metrics::cardRadius);
+    if (values.isActiveTurn) {
+        painter.setClipRect(QRect(0, 0, edgeWidth, view.height()), Qt::IntersectClip);
+        QPainterPath outline;
+        outline.addRoundedRect(card, metrics::cardRadius, metrics::cardRadius);
+        painter.fillPath(outline, theme.color(ColorRole::accent));
+    }
     painter.restore();
 }
 
@@ -282,6 +300,7 @@ PlayerBannerView::~PlayerBannerView() = default;
 void PlayerBannerView::setValues(const Values& values) {
     const QRect clockBefore = impl_->clockRect();
     const Values before = std::exchange(impl_->values, values);
+    if (!haveEqualShape(before.timeString, values.timeString)) impl_->measureClock();
     const QRect clockAfter = impl_->clockRect();
 
     const bool isOtherTurn = before.isActiveTurn != values.isActiveTurn;
@@ -299,7 +318,8 @@ void PlayerBannerView::setValues(const Values& values) {
     // A wider clock leaves the name less room.
     if (isOtherName || clockBefore != clockAfter) update(impl_->nameRow().adjusted(0, 0, metrics::space3, 0));
     if (isOtherMaterial) update(impl_->capturedRow());
-    if (isOtherName || isOtherMaterial || clockBefore != clockAfter) impl_->updateDescription();
+    if (isOtherName || clockBefore != clockAfter) impl_->updateToolTip();
+    if (isOtherName || isOtherMaterial) impl_->updateDescription();
 }
 
 QString PlayerBannerView::spokenText() const {
@@ -314,7 +334,7 @@ void PlayerBannerView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRegion& region = event->region();
-    impl_->paintCard(painter, region.boundingRect());
+    impl_->paintCard(painter, region);
     if (region.intersects(impl_->symbolArea())) impl_->paintSymbol(painter);
     if (region.intersects(impl_->nameRow())) impl_->paintName(painter);
     if (region.intersects(impl_->capturedRow())) impl_->paintCaptured(painter);
@@ -322,7 +342,7 @@ void PlayerBannerView::paintEvent(QPaintEvent* event) {
 }
 
 bool PlayerBannerView::event(QEvent* event) {
-    if (event->type() == QEvent::Resize) impl_->updateDescription();
+    if (event->type() == QEvent::Resize) impl_->updateToolTip();
     return QWidget::event(event);
 }
 

@@ -33,13 +33,10 @@ void StatusBadge::setStatus(const GameStatus& status, const QString& text) {
     if (status == status_ && text == text_) return;
     status_ = status;
     text_ = text;
+    const int symbol = status_.symbol ? badgeSymbol + badgeGap : 0;
+    naturalWidth_ = qCeil(wrappedSize(text_, badgeFont(), 10000).width()) + 1 + symbol + 2 * badgePadding;
     setAccessibleName(text);
     update();
-}
-
-int StatusBadge::naturalWidth() const {
-    const int symbol = status_.symbol ? badgeSymbol + badgeGap : 0;
-    return qCeil(wrappedSize(text_, badgeFont(), 10000).width()) + 1 + symbol + 2 * badgePadding;
 }
 
 QRectF StatusBadge::textRoom() const {
@@ -108,6 +105,7 @@ void PanelHeader::retranslate() {
         if (allLanguages[index] == current) language_->setCurrentIndex(static_cast<int>(index));
     }
     language_->setCaption(context_.loc.text("language"));
+    languageWidth_ = language_->currentItemWidth();
     isShown_ = false;
     takeGame();
 }
@@ -119,8 +117,7 @@ void PanelHeader::resizeEvent(QResizeEvent* event) {
 
 void PanelHeader::arrange() {
     const int margin = metrics::space4;
-    const int pickerWidth = language_->currentItemWidth();
-    language_->setGeometry(width() - margin - pickerWidth, (height() - 30) / 2, pickerWidth, 30);
+    language_->setGeometry(width() - margin - languageWidth_, (height() - 30) / 2, languageWidth_, 30);
 
     const int room = language_->x() - margin - metrics::space2;
     const bool saysMore = !secondary_->text().isEmpty();

@@ -22,7 +22,7 @@ class StatusBadge : public QWidget, public ShowsText {
     const GameStatus& status() const { return status_; }
     const QString& text() const { return text_; }
     /// The width in which the text stands on one line.
-    int naturalWidth() const;
+    int naturalWidth() const { return naturalWidth_; }
     QList<ShownText> shownTexts() const override;
 
   protected:
@@ -34,6 +34,7 @@ class StatusBadge : public QWidget, public ShowsText {
     Theme& theme_;
     GameStatus status_;
     QString text_;
+    int naturalWidth_ = 0;
 };
 
 class PanelHeader : public QWidget {
@@ -55,6 +56,7 @@ class PanelHeader : public QWidget {
     StatusBadge* badge_;
     TextLabel* secondary_;
     PickerButton* language_;
+    int languageWidth_ = 0;
     bool isShown_ = false;  ///< a status has been taken once
 };
 
