@@ -22,4 +22,8 @@ struct RunningApplication {
     QString identifier() const;
 };
 
+/// The bundle that the program in the folder `programFolder` belongs to. Where it belongs to none, as on
+/// Linux, that folder itself, with `builtIn` for what a bundle would say.
+RunningApplication runningApplication(const QString& programFolder, const BundleInfo& builtIn);
+
 }  // namespace orlix

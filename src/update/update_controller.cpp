@@ -10,6 +10,7 @@ namespace orlix {
 namespace {
 
 using namespace std::chrono_literals;
+using Kind = UpdateMessage::Kind;
 
 constexpr auto launchCheckDelay = 4s;
 constexpr int threadCount = 2;  // a check beside an installation
@@ -38,6 +39,10 @@ UpdateController::~UpdateController() {
     threads_.waitForDone();
 }
 
+std::optional<QString> UpdateController::message() const {
+    return state_.message ? std::optional(state_.message->text()) : std::nullopt;
+}
+
 void UpdateController::assign(const State& state) {
     if (state == state_) return;
     state_ = state;
@@ -64,7 +69,7 @@ void UpdateController::inBackground(Work work, Done done) {
 void UpdateController::handleLaunch() {
     if (const auto result = service_.consumeInstallStatus()) {
         State state = state_;
-        state.message = result->message;
+        state.message = UpdateMessage{Kind::asItStands, result->message};
         state.failed = !result->succeeded;
         state.isPresented = true;
         assign(state);
@@ -78,7 +83,7 @@ void UpdateController::checkForUpdates(bool silent) {
     State state = state_;
     state.isChecking = true;
     state.failed = false;
-    state.message = QStringLiteral("Checking for updates…");
+    state.message = UpdateMessage{Kind::checking};
     if (!silent) state.isPresented = true;
     assign(state);
     inBackground([this] { return service_.check(); },
@@ -90,14 +95,13 @@ void UpdateController::applyCheck(const CheckResult& result) {
     state.isChecking = false;
     state.availableUpdate.reset();
     if (const auto* upToDate = std::get_if<UpToDate>(&result)) {
-        state.message = QStringLiteral("Velmorandix Orlix is up to date (version ") + upToDate->version +
-                        QStringLiteral(").");
+        state.message = UpdateMessage{Kind::upToDate, upToDate->version};
     } else if (const auto* available = std::get_if<UpdateAvailable>(&result)) {
         state.availableUpdate = available->info;
         state.message.reset();
         state.isPresented = true;
     } else if (const auto* failure = std::get_if<CheckFailed>(&result)) {
-        state.message = QStringLiteral("Update check failed: ") + failure->message;
+        state.message = UpdateMessage{Kind::checkFailed, failure->message};
         state.failed = true;
     }
     assign(state);
@@ -108,8 +112,7 @@ void UpdateController::install() {
     State state = state_;
     state.isInstalling = true;
     state.failed = false;
-    state.message = QStringLiteral("Downloading and verifying Velmorandix Orlix ") +
-                    state.availableUpdate->version + QStringLiteral("…");
+    state.message = UpdateMessage{Kind::verifying, state.availableUpdate->version};
     assign(state);
     inBackground(
         [this, info = *state.availableUpdate] {
@@ -129,12 +132,12 @@ void UpdateController::finishInstallation(const std::optional<QString>& error) {
     State state = state_;
     state.isInstalling = false;
     if (error) {
-        state.message = *error;
+        state.message = UpdateMessage{Kind::asItStands, *error};
         state.failed = true;
         assign(state);
         return;
     }
-    state.message = QStringLiteral("Update verified. Velmorandix Orlix will now install and relaunch.");
+    state.message = UpdateMessage{Kind::verified};
     state.isPresented = false;
     assign(state);
     requestTermination_();
@@ -146,7 +149,7 @@ TerminationReply UpdateController::launchScheduledInstallerIfNeeded() {
     } catch (const UpdateError& error) {
         service_.forgetScheduledInstaller();
         State state = state_;
-        state.message = QStringLiteral("Could not start the updater: ") + error.errorDescription();
+        state.message = UpdateMessage{Kind::updaterNotStarted, error.errorDescription()};
         state.failed = true;
         state.isPresented = true;
         assign(state);

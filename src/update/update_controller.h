@@ -11,6 +11,7 @@
 
 #include "platform/time_source.h"
 #include "update/check_result.h"
+#include "update/update_message.h"
 
 namespace orlix {
 
@@ -37,8 +38,10 @@ class UpdateController : public QObject {
     void setPresented(bool isPresented);
     /// The release last found to be newer than the running application.
     const std::optional<UpdateInfo>& availableUpdate() const { return state_.availableUpdate; }
-    /// Status or error, for the sheet.
-    const std::optional<QString>& message() const { return state_.message; }
+    /// Status or error, for the sheet, in English.
+    std::optional<QString> message() const;
+    /// The same for whoever puts it into another language.
+    const std::optional<UpdateMessage>& messageParts() const { return state_.message; }
     bool isChecking() const { return state_.isChecking; }
     /// A release is being downloaded, verified or staged.
     bool isInstalling() const { return state_.isInstalling; }
@@ -64,7 +67,7 @@ class UpdateController : public QObject {
     struct State {
         bool isPresented = false;
         std::optional<UpdateInfo> availableUpdate;
-        std::optional<QString> message;
+        std::optional<UpdateMessage> message;
         bool isChecking = false;
         bool isInstalling = false;
         bool failed = false;

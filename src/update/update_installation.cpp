@@ -35,7 +35,8 @@ void UpdateService::scheduleInstallation(const PreparedUpdate& update) {
     if (!platform_.files.isExecutableFile(target + QLatin1Char('/') + helperInBundle()))
         throw NativeUpdateError(Case::missingInstallerHelper);
 
-    const QString folder = folderOf(update.dmgPath) + QLatin1Char('/');
+    // The installing program opens its plan through no link, and the user's folder of caches may be one.
+    const QString folder = files::resolved(folderOf(update.dmgPath)) + QLatin1Char('/');
     const Scheduled scheduled{folder + planFileName(), folder + helperFileName()};
     try {
         stage(update, target, team, scheduled);

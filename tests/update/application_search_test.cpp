@@ -3,8 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include "support/update_world.h"
 #include "update/bundle_info.h"
-#include "update_fixture.h"
 
 namespace orlix {
 namespace {

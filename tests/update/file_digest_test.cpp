@@ -8,7 +8,7 @@
 
 #include "platform/posix/unique_fd.h"
 #include "platform/sha256.h"
-#include "update_fixture.h"
+#include "support/update_world.h"
 
 namespace orlix {
 namespace {

@@ -5,7 +5,7 @@
 #include <QJsonObject>
 #include <vector>
 
-#include "update_fixture.h"
+#include "support/update_world.h"
 
 namespace orlix {
 namespace {

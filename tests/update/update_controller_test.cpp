@@ -6,7 +6,7 @@
 
 #include "support/event_pump.h"
 #include "support/fake_time_source.h"
-#include "update_fixture.h"
+#include "support/update_world.h"
 
 namespace orlix {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <QCoreApplication>
 
+#include "support/update_world.h"
 #include "update/update_install_plan.h"
-#include "update_fixture.h"
 
 namespace orlix {
 namespace {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "update_fixture.h"
+#include "support/update_world.h"
 
 namespace orlix {
 namespace {
