@@ -6,13 +6,14 @@ file(GLOB sounds CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/sounds/*.wav ${
   ${CMAKE_SOURCE_DIR}/resources/sounds/*.ogg)
 
 add_executable(${app} ${CMAKE_SOURCE_DIR}/src/main.cpp)
-target_link_libraries(${app} PRIVATE orlix_ui orlix_records orlix_engine orlix_game orlix_automatch orlix_l10n orlix_platform
-  Qt6::Widgets)
+target_link_libraries(${app} PRIVATE orlix_ui orlix_records orlix_engine orlix_game orlix_automatch orlix_l10n orlix_update
+  orlix_platform Qt6::Widgets)
 target_compile_definitions(${app} PRIVATE ORLIX_VERSION="${ORLIX_VERSION}" ORLIX_BUILD="${ORLIX_BUILD}"
   ORLIX_BUNDLE_IDENTIFIER="${ORLIX_BUNDLE_IDENTIFIER}" ORLIX_APP_NAME="${ORLIX_APP_NAME}")
 set_target_properties(${app} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 if(APPLE)
+  target_link_libraries(${app} PRIVATE orlix_platform_network)
   set(icon ${CMAKE_SOURCE_DIR}/packaging/macos/velmorandix-orlix.icns)
   if(EXISTS ${icon}) # made on a Mac by scripts/make-icons
     target_sources(${app} PRIVATE ${icon})
@@ -27,6 +28,9 @@ if(APPLE)
 else()
   set(icons ${CMAKE_SOURCE_DIR}/packaging/linux/icons)
   install(TARGETS ${app} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  # The program looks for it beside its own folder, whatever the distribution calls its folder of libraries.
+  add_dependencies(${app} orlix_https_module)
+  install(TARGETS orlix_https_module LIBRARY DESTINATION ${CMAKE_INSTALL_BINDIR}/../lib/${app})
   install(FILES ${CMAKE_SOURCE_DIR}/packaging/linux/${app}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
   install(FILES ${icons}/${app}.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
   foreach(size 16 32 48 64 128 256 512)

@@ -12,8 +12,10 @@
 #include "game/game_manager.h"
 #include "l10n/localization_manager.h"
 #include "l10n/sound_manager.h"
+#include "platform/posix/posix_detached_starter.h"
 #include "platform/posix/posix_process_launcher.h"
 #include "platform/posix/posix_quit_signals.h"
+#include "platform/posix/posix_tool_runner.h"
 #include "platform/qt/lean_memory.h"
 #include "platform/qt/qt_file_dialogs.h"
 #include "platform/qt/qt_file_store.h"
@@ -26,16 +28,22 @@
 #include "ui/main_window.h"
 #include "ui/piece_glyph.h"
 #include "ui/theme.h"
+#include "update/update_controller.h"
+#include "update/update_service.h"
 
 #ifdef __APPLE__
+#include "platform/macos/mac_code_signature.h"
 #include "platform/macos/mac_defaults_store.h"
 #include "platform/macos/mac_sound_player.h"
 #include "platform/macos/mac_system_settings.h"
+#include "platform/qt/qt_https_transport.h"
 #else
 #include "platform/linux/font_configuration.h"
+#include "platform/linux/linux_code_signature.h"
 #include "platform/linux/linux_defaults_store.h"
 #include "platform/linux/linux_sound_player.h"
 #include "platform/linux/linux_system_settings.h"
+#include "platform/linux/loaded_https_transport.h"
 #endif
 
 namespace {
@@ -52,6 +60,8 @@ constexpr const char* helpText =
     "  --help     print this text, and end\n"
     "\n"
     "Qt's own options, such as -platform and -display, work as well.\n";
+
+constexpr const char* diskImageTool = "/usr/bin/hdiutil";
 
 /// What the command line asks for without a window; null to open one. Needs no display.
 const char* commandLineAnswer(int argc, char** argv) {
@@ -102,13 +112,33 @@ int run(QApplication& application) {
     AutomatchManager::registerShared(&automatch);
     PGNExporter exporter(dialogs, fileStore, pasteboard);
 
+    // Updates. Nothing here touches the network or a file before it is asked to.
+    PosixToolRunner tools;
+    PosixDetachedStarter starter;
+#ifdef __APPLE__
+    QtHttpsTransport transport;
+    MacCodeSignature signatures;
+#else
+    LoadedHttpsTransport transport(
+        LoadedHttpsTransport::defaultModulePath(QCoreApplication::applicationDirPath()));
+    LinuxCodeSignature signatures;
+#endif
+    const BundleInfo builtIn{QStringLiteral(ORLIX_BUNDLE_IDENTIFIER), QStringLiteral(ORLIX_VERSION),
+                             QStringLiteral(ORLIX_BUILD)};
+    UpdateService updateService({transport, tools, diskImageTool, signatures, starter, fileTests, defaults,
+                                 runningApplication(QCoreApplication::applicationDirPath(), builtIn),
+                                 userFolders()});
+    UpdateService::registerShared(&updateService);
+    UpdateController updates(updateService, time, &QCoreApplication::quit);
+    UpdateController::registerShared(&updates);
+
     LeanMemory memory;
     QObject::connect(&game, &GameManager::enginesChanged, &memory, &LeanMemory::returnSoon);
     // The window gets the keyboard back when a dialog or a list over it has closed.
     QObject::connect(&application, &QGuiApplication::focusWindowChanged, &memory, &LeanMemory::returnSoon);
 
-    AppDelegate delegate;
-    MainWindow window({game, loc, engines, automatch, exporter, theme, system, time});
+    AppDelegate delegate(updates);
+    MainWindow window({game, loc, engines, automatch, exporter, theme, system, time}, updates);
     dialogs.setWindow(&window);
     // The first game's engines start after the first picture, which would have to share the processor with
     // them. A window that opens minimized has none for now.

@@ -44,7 +44,20 @@ enum class ExtraText {
     movePromotes,  ///< with %1 for the new piece
     moveCastles,
     moveTakenBack,
-    end  ///< no text: how many there are
+    checkForUpdates,
+    checkAgain,
+    softwareUpdate,
+    releaseAvailable,     ///< with %1 for the version and %2 for the build
+    releaseUnverifiable,  ///< the feed does not say how the release can be verified
+    releaseNotes,
+    installRelease,
+    updateChecking,
+    updateUpToDate,     ///< with %1 for the version
+    updateCheckFailed,  ///< with %1 for the reason
+    updateVerifying,    ///< with %1 for the version
+    updateVerified,
+    updaterNotStarted,  ///< with %1 for the reason
+    end                 ///< no text: how many there are
 };
 
 QString extraText(Language language, ExtraText text);

@@ -10,8 +10,11 @@
 #include <utility>
 
 #include "l10n/localization_manager.h"
+#include "platform/system_settings.h"
 #include "ui/menus.h"
 #include "ui/theme.h"
+#include "ui/update_view.h"
+#include "update/update_controller.h"
 
 namespace orlix {
 namespace {
@@ -24,13 +27,15 @@ QSize sizeOn(const QScreen* screen, QSize smallest) {
 
 }  // namespace
 
-MainWindow::MainWindow(const MainView::Collaborators& with) : theme_(with.theme) {
+MainWindow::MainWindow(const MainView::Collaborators& with, UpdateController& updates) : theme_(with.theme) {
     auto* menuBar = new QMenuBar(this);
+    auto* applicationMenu = new ApplicationMenu(updates, with.loc, menuBar);
     auto* gameMenu = new GameMenu(with.game, with.loc, with.exporter, menuBar);
-    // Everything else paints itself; these two are the style's, in the theme's colours.
-    const auto recolor = [this, menuBar, gameMenu] {
-        menuBar->setPalette(theme_.palette());
-        gameMenu->setPalette(theme_.palette());
+    // Everything else paints itself; these are the style's, in the theme's colours.
+    const auto recolor = [this, menuBar, applicationMenu, gameMenu] {
+        for (QWidget* part : {static_cast<QWidget*>(menuBar), static_cast<QWidget*>(applicationMenu),
+                              static_cast<QWidget*>(gameMenu)})
+            part->setPalette(theme_.palette());
         update();
     };
     connect(&theme_, &Theme::changed, this, recolor);
@@ -47,6 +52,12 @@ MainWindow::MainWindow(const MainView::Collaborators& with) : theme_(with.theme)
     connect(qApp, &QApplication::focusChanged, this, [this, view](QWidget*, QWidget* now) {
         if (!now && isActiveWindow() && !focusWidget()) view->setFocus();
     });
+
+    const auto presentUpdates = [this, &updates, &loc = with.loc, &system = with.system] {
+        if (updateSheet_ != nullptr || !updates.isPresented()) return;
+        updateSheet_ = new UpdateView(updates, loc, theme_, !system.prefersReducedMotion(), this);
+    };
+    connect(&updates, &UpdateController::changed, this, presentUpdates);
 
     const auto retitle = [this, &loc = with.loc] { setWindowTitle(loc.text("app_title")); };
     connect(&with.loc, &LocalizationManager::changed, this, retitle);

@@ -1,4 +1,5 @@
-// The one window: menu bar, main view and title. Owned by the composition root; main thread only.
+// The one window: menu bar, main view, title, and the update sheet over it. Owned by the composition root;
+// main thread only.
 #pragma once
 
 #include <QWidget>
@@ -7,12 +8,16 @@
 
 namespace orlix {
 
+class UpdateController;
+class UpdateView;
+
 class MainWindow : public QWidget {
     Q_OBJECT
   public:
     static constexpr QSize defaultSize{1280, 860};
 
-    explicit MainWindow(const MainView::Collaborators& with);
+    /// All references outlive the window.
+    MainWindow(const MainView::Collaborators& with, UpdateController& updates);
     ~MainWindow() override;
 
   Q_SIGNALS:
@@ -26,6 +31,7 @@ class MainWindow : public QWidget {
   private:
     Theme& theme_;
     bool wasPainted_ = false;
+    UpdateView* updateSheet_ = nullptr;  ///< built when it is first needed
 };
 
 }  // namespace orlix

@@ -6,6 +6,7 @@
 #include "l10n/extra_texts.h"
 #include "l10n/localization_manager.h"
 #include "records/pgn_exporter.h"
+#include "update/update_controller.h"
 
 namespace orlix {
 namespace {
@@ -16,6 +17,21 @@ QString menuTitle(QString text) {
 }
 
 }  // namespace
+
+ApplicationMenu::ApplicationMenu(UpdateController& updates, LocalizationManager& loc, QMenuBar* menuBar)
+    : QMenu(menuBar),
+      loc_(loc),
+      checkForUpdates_(addAction(QString(), this, [&updates] { updates.checkForUpdates(false); })) {
+    checkForUpdates_->setMenuRole(QAction::ApplicationSpecificRole);
+    connect(&loc, &LocalizationManager::changed, this, &ApplicationMenu::retitle);
+    retitle();
+    menuBar->addMenu(this);
+}
+
+void ApplicationMenu::retitle() {
+    setTitle(menuTitle(loc_.text("app_title")));
+    checkForUpdates_->setText(menuTitle(loc_.text(ExtraText::checkForUpdates)));
+}
 
 GameMenu::GameMenu(GameManager& game, LocalizationManager& loc, PGNExporter& exporter, QMenuBar* menuBar)
     : QMenu(menuBar), game_(game), loc_(loc) {

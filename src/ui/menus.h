@@ -1,5 +1,5 @@
-// The "Game" menu: its commands, their shortcuts, and their texts in the current language. Owned by the menu
-// bar it is added to; main thread only.
+// The menus: their commands, the shortcuts, and the texts in the current language. Owned by the menu bar that
+// they are added to; main thread only.
 #pragma once
 
 #include <QMenu>
@@ -11,6 +11,21 @@ namespace orlix {
 class GameManager;
 class LocalizationManager;
 class PGNExporter;
+class UpdateController;
+
+/// The menu in the application's own name. macOS has such a menu already and takes the command over into it.
+class ApplicationMenu : public QMenu {
+    Q_OBJECT
+  public:
+    /// Adds itself to `menuBar`. The references outlive the menu.
+    ApplicationMenu(UpdateController& updates, LocalizationManager& loc, QMenuBar* menuBar);
+
+  private:
+    void retitle();
+
+    LocalizationManager& loc_;
+    QAction* checkForUpdates_;
+};
 
 class GameMenu : public QMenu {
     Q_OBJECT

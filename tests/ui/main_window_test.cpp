@@ -15,7 +15,7 @@ class MainWindowTest : public test::ShellTest {};
 
 TEST_F(MainWindowTest, opensAtItsDefaultSizeOrWhatTheScreenHas) {
     buildWindow();
-    const MainWindow fresh({*game, loc, *engines, *automatch, *exporter, theme, system, time});
+    const MainWindow fresh({*game, loc, *engines, *automatch, *exporter, theme, system, time}, *updates);
     const QSize room = fresh.screen()->availableSize();
     const QSize smallest = fresh.layout()->totalMinimumSize();
     EXPECT_EQ(smallest.width(), 1120);

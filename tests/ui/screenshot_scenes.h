@@ -25,6 +25,8 @@ std::vector<PictureOf> gamePictures();
 std::vector<PictureOf> tabPictures();
 /// A series of engine games in the panel: each state once, the fullest in every language and scheme.
 std::vector<PictureOf> seriesPictures();
+/// The sheet about updates: each state in both schemes, those with long texts in every language.
+std::vector<PictureOf> updatePictures();
 /// The three fullest views in every language and scheme.
 std::vector<PictureOf> fullestPictures();
 

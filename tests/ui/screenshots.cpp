@@ -77,7 +77,8 @@ int main(int argc, char** argv) {
         orlix::test::makeContactSheets(arguments.last());
     } else {
         using namespace orlix::test;
-        for (const auto& pictures : {gamePictures(), tabPictures(), seriesPictures(), fullestPictures()}) {
+        for (const auto& pictures :
+             {gamePictures(), tabPictures(), seriesPictures(), updatePictures(), fullestPictures()}) {
             for (const PictureOf& picture : pictures)
                 render(arguments.last(), picture);
         }

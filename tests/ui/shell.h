@@ -25,9 +25,11 @@
 #include "support/fake_sounds.h"
 #include "support/fake_system_settings.h"
 #include "support/fake_time_source.h"
+#include "support/update_world.h"
 #include "ui/board_view.h"
 #include "ui/main_window.h"
 #include "ui/theme.h"
+#include "update/update_controller.h"
 
 namespace orlix::test {
 
@@ -148,6 +150,9 @@ struct Shell {
     std::unique_ptr<GameManager> game;
     std::unique_ptr<AutomatchManager> automatch;
     std::unique_ptr<PGNExporter> exporter;
+    UpdateWorld updateWorld;
+    int terminationRequests = 0;
+    std::unique_ptr<UpdateController> updates;
     std::unique_ptr<MainWindow> window;
 
     Shell() {
@@ -171,8 +176,11 @@ struct Shell {
             });
         automatch = std::make_unique<AutomatchManager>(time, *game, *engines, sounds);
         exporter = std::make_unique<PGNExporter>(dialogs, files, pasteboard);
+        updates = std::make_unique<UpdateController>(updateWorld.service(), time,
+                                                     [this] { ++terminationRequests; });
         window = std::make_unique<MainWindow>(
-            MainView::Collaborators{*game, loc, *engines, *automatch, *exporter, theme, system, time});
+            MainView::Collaborators{*game, loc, *engines, *automatch, *exporter, theme, system, time},
+            *updates);
         window->resize(MainWindow::defaultSize);  // whatever the offscreen screen's size
     }
     void showWindow() {
