@@ -34,7 +34,7 @@ BottomBar::BottomBar(const PanelContext& context, QWidget* parent) : QWidget(par
     connect(buttons_[pause], &QAbstractButton::clicked, &game, [&game] { game.togglePause(); });
     connect(buttons_[resign], &QAbstractButton::clicked, &game, [&game] { game.resign(game.board().turn); });
     connect(buttons_[newGame], &QAbstractButton::clicked, &game, [&game] { game.startNewGame(); });
-    retranslate();
+    setLabels();
     takeGame();
     connect(&game, &GameManager::changed, this, &BottomBar::takeGame);
     connect(&context_.loc, &LocalizationManager::changed, this, &BottomBar::retranslate);
@@ -53,9 +53,13 @@ void BottomBar::takeGame() {
     }
 }
 
-void BottomBar::retranslate() {
+void BottomBar::setLabels() {
     buttons_[resign]->setLabel(context_.loc.text("btn_resign"));
     buttons_[newGame]->setLabel(context_.loc.text("btn_new_game"));
+}
+
+void BottomBar::retranslate() {
+    setLabels();
     arrange();
 }
 

@@ -25,6 +25,7 @@ class BottomBar : public QWidget {
 
     QRect place(int index, int width) const;
     void takeGame();
+    void setLabels();
     void retranslate();
     void arrange();
 

@@ -34,7 +34,8 @@ void StatusBadge::setStatus(const GameStatus& status, const QString& text) {
     status_ = status;
     text_ = text;
     const int symbol = status_.symbol ? badgeSymbol + badgeGap : 0;
-    naturalWidth_ = qCeil(wrappedSize(text_, badgeFont(), 10000).width()) + 1 + symbol + 2 * badgePadding;
+    naturalWidth_ =
+        qCeil(QFontMetricsF(badgeFont()).horizontalAdvance(text_)) + 1 + symbol + 2 * badgePadding;
     setAccessibleName(text);
     update();
 }
