@@ -73,6 +73,7 @@ constexpr Row rows[] = {
     {ExtraText::moveTakenBack, u"Move taken back", u"Zug zurückgenommen", u"Zet teruggenomen", u"Coup repris"},
     {ExtraText::checkForUpdates, u"Check for Updates…", u"Nach Updates suchen …", u"Zoeken naar updates…",
      u"Rechercher des mises à jour…"},
+    {ExtraText::quit, u"Quit", u"Beenden", u"Afsluiten", u"Quitter"},
     {ExtraText::checkAgain, u"Check Again", u"Erneut suchen", u"Opnieuw zoeken", u"Rechercher encore"},
     {ExtraText::softwareUpdate, u"Software Update", u"Softwareupdate", u"Software-update",
      u"Mise à jour du logiciel"},

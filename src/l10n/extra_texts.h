@@ -45,6 +45,7 @@ enum class ExtraText {
     moveCastles,
     moveTakenBack,
     checkForUpdates,
+    quit,
     checkAgain,
     softwareUpdate,
     releaseAvailable,     ///< with %1 for the version and %2 for the build

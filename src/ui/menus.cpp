@@ -1,5 +1,6 @@
 #include "ui/menus.h"
 
+#include <QCoreApplication>
 #include <QMenuBar>
 
 #include "game/game_manager.h"
@@ -21,8 +22,12 @@ QString menuTitle(QString text) {
 ApplicationMenu::ApplicationMenu(UpdateController& updates, LocalizationManager& loc, QMenuBar* menuBar)
     : QMenu(menuBar),
       loc_(loc),
-      checkForUpdates_(addAction(QString(), this, [&updates] { updates.checkForUpdates(false); })) {
+      checkForUpdates_(addAction(QString(), this, [&updates] { updates.checkForUpdates(false); })),
+      quit_(addAction(QString(), this, &QCoreApplication::quit)) {
+    insertSeparator(quit_);
     checkForUpdates_->setMenuRole(QAction::ApplicationSpecificRole);
+    quit_->setMenuRole(QAction::QuitRole);
+    quit_->setShortcut(QKeySequence::Quit);
     connect(&loc, &LocalizationManager::changed, this, &ApplicationMenu::retitle);
     retitle();
     menuBar->addMenu(this);
@@ -31,6 +36,7 @@ ApplicationMenu::ApplicationMenu(UpdateController& updates, LocalizationManager&
 void ApplicationMenu::retitle() {
     setTitle(menuTitle(loc_.text("app_title")));
     checkForUpdates_->setText(menuTitle(loc_.text(ExtraText::checkForUpdates)));
+    quit_->setText(menuTitle(loc_.text(ExtraText::quit)));
 }
 
 GameMenu::GameMenu(GameManager& game, LocalizationManager& loc, PGNExporter& exporter, QMenuBar* menuBar)

@@ -13,7 +13,7 @@ class LocalizationManager;
 class PGNExporter;
 class UpdateController;
 
-/// The menu in the application's own name. macOS has such a menu already and takes the command over into it.
+/// The menu in the application's own name. macOS has such a menu already and takes the commands over into it.
 class ApplicationMenu : public QMenu {
     Q_OBJECT
   public:
@@ -25,6 +25,7 @@ class ApplicationMenu : public QMenu {
 
     LocalizationManager& loc_;
     QAction* checkForUpdates_;
+    QAction* quit_;
 };
 
 class GameMenu : public QMenu {

@@ -57,6 +57,35 @@ TEST_F(Menus, holdTheCommandsWithTheirShortcutsAndNothingIsDisabled) {
     EXPECT_TRUE(find<QMenuBar>()->actions().contains(find<GameMenu>()->menuAction()));
 }
 
+/// Counts what asks the application to end, and keeps it from doing so.
+class QuitCounter : public QObject {
+  public:
+    QuitCounter() { QCoreApplication::instance()->installEventFilter(this); }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched != QCoreApplication::instance() || event->type() != QEvent::Quit) return false;
+        ++count;
+        return true;
+    }
+    int count = 0;
+};
+
+TEST_F(Menus, quitEndsTheApplicationInEveryLanguage) {
+    showWindowForTwoPeople();
+    const QAction* quit = find<ApplicationMenu>()->actions().last();
+    EXPECT_EQ(quit->menuRole(), QAction::QuitRole);
+    const std::vector<std::pair<Language, QString>> texts{{Language::german, QStringLiteral("Beenden")},
+                                                          {Language::dutch, QStringLiteral("Afsluiten")},
+                                                          {Language::french, QStringLiteral("Quitter")},
+                                                          {Language::english, QStringLiteral("Quit")}};
+    for (const auto& [language, text] : texts) {
+        loc.setCurrentLanguage(language);
+        EXPECT_EQ(quit->text(), text);
+    }
+    QuitCounter quits;
+    press(Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_TRUE(eventually([&quits] { return quits.count == 1; }));
+}
+
 TEST_F(Menus, newGameStartsOver) {
     showWindowForTwoPeople();
     click("e2");
