@@ -68,6 +68,17 @@ inline QImage pictureOf(QWidget& widget, qreal ratio) {
     return image;
 }
 
+/// The widget's picture, with `region` wiped out and painted alone afterwards.
+inline QImage repaintedPictureOf(QWidget& widget, qreal ratio, const QRegion& region) {
+    QImage image = pictureOf(widget, ratio);
+    QPainter painter(&image);
+    for (const QRect& rect : region)
+        painter.fillRect(rect, Qt::magenta);
+    painter.end();
+    widget.render(&image, region.boundingRect().topLeft(), region, QWidget::DrawChildren);
+    return image;
+}
+
 inline bool isNear(const QColor& actual, const QColor& expected, int tolerance = 1) {
     return std::abs(actual.red() - expected.red()) <= tolerance &&
            std::abs(actual.green() - expected.green()) <= tolerance &&

@@ -217,6 +217,16 @@ TEST_F(EvaluationBarTest, anotherScoreOfTheSameHeightPaintsTheLabelAlone) {
     EXPECT_GT(paints.region.boundingRect().top(), 370);
 }
 
+TEST_F(EvaluationBarTest, aStripPaintedAloneLooksAsInTheWholePicture) {
+    bar_.setValues(centipawns(150), PieceColor::white, false);
+    for (const qreal ratio : {1.0, 1.5, 2.0}) {
+        // Over the edge between the parts, over the label's plate, and over the round corners.
+        for (const QRect& strip : {QRect(0, 60, 32, 100), QRect(0, 360, 32, 30), QRect(0, 0, 32, 20)})
+            EXPECT_EQ(test::repaintedPictureOf(bar_, ratio, strip), pictureOf(bar_, ratio))
+                << ratio << " " << strip.top();
+    }
+}
+
 TEST_F(EvaluationBarTest, aChangeUnderOneDevicePixelDoesNotMove) {
     bar_.setAnimated(true);
     bar_.show();

@@ -79,6 +79,22 @@ class PlayerBannerTest : public ::testing::Test {
     const QRect capturedRow_{50, 28, 564, 22};
 };
 
+TEST_F(PlayerBannerTest, aPartPaintedAloneLooksAsInTheWholePicture) {
+    values_.isEngine = true;
+    for (const bool isActive : {false, true}) {
+        values_.isActiveTurn = isActive;
+        apply();
+        const QRect end(0, 0, 20, 56);
+        const QRect clock(600, 5, 90, 46);
+        for (const QRegion& part :
+             {QRegion(end), QRegion(clock), QRegion(end) + QRect(20, 10, 24, 36) + clock,
+              QRegion(QRect(300, 0, 50, 56))}) {
+            for (const qreal ratio : {1.0, 2.0})
+                EXPECT_EQ(test::repaintedPictureOf(banner_, ratio, part), pictureOf(banner_, ratio));
+        }
+    }
+}
+
 TEST_F(PlayerBannerTest, isFiftySixHigh) {
     EXPECT_EQ(banner_.minimumHeight(), 56);
     EXPECT_EQ(banner_.maximumHeight(), 56);
