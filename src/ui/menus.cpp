@@ -27,7 +27,7 @@ ApplicationMenu::ApplicationMenu(UpdateController& updates, LocalizationManager&
     insertSeparator(quit_);
     checkForUpdates_->setMenuRole(QAction::ApplicationSpecificRole);
     quit_->setMenuRole(QAction::QuitRole);
-    quit_->setShortcut(QKeySequence::Quit);
+    quit_->setShortcut(Qt::CTRL | Qt::Key_Q);  // the standard key is none outside the large desktops
     connect(&loc, &LocalizationManager::changed, this, &ApplicationMenu::retitle);
     retitle();
     menuBar->addMenu(this);
