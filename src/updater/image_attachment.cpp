@@ -41,9 +41,9 @@ Fault ImageAttachment::attach(const std::string& imagePath) {
 
 Fault ImageAttachment::findApplication(const std::string& identifier, std::string& path) const {
     try {
-        const QString found = orlix::findApplication(image_->mountPath, QString::fromStdString(identifier));
-        if (!found.startsWith(image_->mountPath + QLatin1Char('/'))) return "the application lies elsewhere";
-        path = QFile::encodeName(found).toStdString();
+        path =
+            QFile::encodeName(orlix::findApplication(image_->mountPath, QString::fromStdString(identifier)))
+                .toStdString();
         return std::nullopt;
     } catch (const UpdateError& error) {
         return reasonOf(error);

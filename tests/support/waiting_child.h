@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <string>
 
 #include "platform/posix/posix_spawn.h"
@@ -17,10 +18,11 @@ class WaitingChild {
   public:
     /// `program` is "cat" or a copy of it.
     explicit WaitingChild(const std::string& program = "/bin/cat") : spawned_(spawnChild(program, {})) {
+        EXPECT_EQ(spawned_.error, 0);
         // The program is in place when it answers.
         EXPECT_EQ(write(spawned_.input.get(), "x", 1), 1);
         char byte = 0;
-        while (read(spawned_.output.get(), &byte, 1) < 0)
+        while (read(spawned_.output.get(), &byte, 1) < 0 && (errno == EAGAIN || errno == EINTR))
             usleep(1000);
     }
     ~WaitingChild() {
@@ -31,8 +33,12 @@ class WaitingChild {
     WaitingChild& operator=(const WaitingChild&) = delete;
 
     pid_t id() const { return spawned_.pid; }
-    void end() const { kill(spawned_.pid, SIGKILL); }
-    void reap() const { waitpid(spawned_.pid, nullptr, 0); }
+    void end() const {
+        if (spawned_.pid > 0) kill(spawned_.pid, SIGKILL);
+    }
+    void reap() const {
+        if (spawned_.pid > 0) waitpid(spawned_.pid, nullptr, 0);
+    }
 
   private:
     SpawnedChild spawned_;

@@ -85,7 +85,7 @@ SignatureFault SteppedSignatures::read(const std::string& path, const std::strin
         result = {seal->identifier, seal->team};
         return ignoresRequirement || meetsRequirement(*seal, requirement) ? 0 : EPERM;
     });
-    return error == 0 ? SignatureFault::none : SignatureFault::invalid;
+    return error == 0 ? fault : SignatureFault::invalid;
 }
 
 namespace {

@@ -49,6 +49,7 @@ class SteppedSignatures : public CodeSignatureReader {
     std::vector<std::string> requirements;  ///< with which
     std::function<void(const std::string& path)> onRead;
     bool ignoresRequirement = false;
+    SignatureFault fault = SignatureFault::none;  ///< told in spite of everything
 
     SignatureFault read(const std::string& path, const std::string& requirement,
                         SignatureInfo& result) override;

@@ -1,11 +1,14 @@
 // How the new application is checked and gets in place of the old one, each rule by itself.
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
 
+#include "support/mounted_folder.h"
+#include "updater/bundle_verification.h"
 #include "updater/replacement_fixture.h"
 
 namespace orlix {
@@ -69,6 +72,31 @@ TEST_F(ExchangeTest, theReadersWordAloneIsNotEnough) {
     EXPECT_EQ(bench_.install(), Ending::failed);
 }
 
+TEST_F(ExchangeTest, everyFaultOfASignatureRefuses) {
+    const std::pair<SignatureFault, const char*> cases[] = {
+        {SignatureFault::unreadable, "the code signature could not be read"},
+        {SignatureFault::invalid, "code signature validation failed"},
+        {SignatureFault::uninspectable, "the signing identity could not be inspected"},
+    };
+    for (const auto& [fault, text] : cases) {
+        bench_.signatures.fault = fault;
+        bench_.starter.started.clear();
+        expectFailure(text);
+    }
+}
+
+TEST_F(ExchangeTest, noTeamIsNotTheSameAsNoTeam) {
+    bench_.signatures.ignoresRequirement = true;
+    test::sealBundle(bench_.newApplication(), BundleSample().identifier, "");
+    UniqueFd folder;
+    ASSERT_EQ(bench_.files.openKnownFolder((bench_.folder / "Volume").string(), folder), 0);
+    FileStatus status;
+    const ExpectedBundle nobodys{BundleSample().identifier, "1.1.0", "2", ""};
+    EXPECT_EQ(verifyBundle(bench_.files, bench_.signatures, folder.get(), (bench_.folder / "Volume").string(),
+                           "Velmorandix Orlix.app", nobodys, status),
+              "the Developer ID identity does not match the installed application");
+}
+
 TEST_F(ExchangeTest, aTouchedApplicationIsRefused) {
     writeFile(bench_.newApplication() / "Contents/MacOS/Velmorandix Orlix", "#!/bin/sh\n# evil 1.1.0\n");
     bench_.rememberRest();
@@ -107,6 +135,49 @@ TEST_F(ExchangeTest, theSignatureThatCountsIsTheCopys) {
         fs::create_directory_symlink(bench_.folder / "good", path);
     };
     expectFailure("the new application was moved while it was checked");
+}
+
+TEST_F(ExchangeTest, theCopyIsLookedAtWhereItsSignatureIsRead) {
+    // A good application in the copy's place before its signature is read, and away again afterwards.
+    test::makeBundle(bench_.folder / "good", newSample());
+    writeFile(bench_.newApplication() / "Contents/Resources/board.txt", "evil");
+    bench_.rememberRest();
+    fs::path copy;
+    bench_.steps.after = [&](int number) {
+        const auto& names = bench_.steps.names();
+        const std::string& name = names[static_cast<std::size_t>(number)];
+        if (name == "read" && copy.empty() && std::count(names.begin(), names.end(), "detach") == 1) {
+            // The copy's own properties.
+            copy = bench_.folder / "Applications" / bench_.leftovers().front() / "Velmorandix Orlix.app";
+            fs::rename(copy, bench_.folder / "aside");
+            fs::rename(bench_.folder / "good", copy);
+        } else if (name == "read signature") {
+            fs::rename(copy, bench_.folder / "good");
+            fs::rename(bench_.folder / "aside", copy);
+        }
+    };
+    EXPECT_EQ(bench_.install(), Ending::failed);
+    ASSERT_FALSE(copy.empty());
+    EXPECT_THAT(bench_.message(), HasSubstr("the new application was moved while it was checked"));
+    EXPECT_THAT(bench_.signatures.paths, IsEmpty());
+    EXPECT_TRUE(bench_.isOldInstalled());
+}
+
+TEST_F(ExchangeTest, theCopyHasTheIdentifierThatWasLookedFor) {
+    // The signature's would do, and the search had found the right one.
+    atStep("makeFolder", 2, [&] {
+        BundleSample other = newSample();
+        other.identifier = "org.example.other";
+        fs::remove_all(bench_.folder / "mounts/Volume/Velmorandix Orlix.app/Contents");
+        test::makeBundle(bench_.folder / "other", other);
+        test::sealBundle(bench_.folder / "other", BundleSample().identifier, BundleSample().team);
+        fs::rename(bench_.folder / "other/Contents",
+                   bench_.folder / "mounts/Volume/Velmorandix Orlix.app/Contents");
+        return 0;
+    });
+    EXPECT_EQ(bench_.install(), Ending::failed);
+    EXPECT_THAT(bench_.message(), HasSubstr("the new application has another identifier"));
+    EXPECT_TRUE(bench_.isOldInstalled());
 }
 
 // The exchange.
@@ -221,6 +292,27 @@ TEST_F(ExchangeTest, leavesAloneWhatOnlyLooksLikeALeftover) {
     EXPECT_EQ(bench_.install(), Ending::installed);
     EXPECT_EQ(bench_.leftovers().size(), 5u);
     EXPECT_TRUE(bench_.isRestUntouched());
+}
+
+TEST_F(ExchangeTest, leavesAloneWhatAnotherUserLeft) {
+    const fs::path left = bench_.folder / "Applications/.VelmorandixOrlixUpdate-0123456789abcdef";
+    writeFile(left / "file", "x");
+    fs::permissions(left, fs::perms(0700));
+    if (chown(left.c_str(), 12345, static_cast<gid_t>(-1)) != 0)
+        GTEST_SKIP() << "only root gives folders away";
+    EXPECT_EQ(bench_.install(), Ending::installed);
+    EXPECT_EQ(readFile(left / "file"), "x");
+}
+
+TEST_F(ExchangeTest, leavesAloneWhatIsMountedLikeALeftover) {
+    const fs::path left = bench_.folder / "Applications/.VelmorandixOrlixUpdate-0123456789abcdef";
+    fs::create_directory(left);
+    const test::MountedFolder volume(left);
+    if (!volume) GTEST_SKIP() << "this user mounts nothing";
+    fs::permissions(left, fs::perms(0700));
+    writeFile(left / "file", "x");
+    EXPECT_EQ(bench_.install(), Ending::installed);
+    EXPECT_EQ(readFile(left / "file"), "x");
 }
 
 // The result.

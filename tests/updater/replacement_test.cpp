@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <fstream>
 
+#include "support/mounted_folder.h"
 #include "updater/replacement_fixture.h"
 
 namespace orlix {
@@ -203,6 +204,13 @@ TEST_F(ReplacementTest, aFolderThatIsALinkOnTheWayToTheTargetIsNotFollowed) {
     EXPECT_TRUE(bench_.isOldInstalled());
 }
 
+TEST_F(ReplacementTest, aTargetThatIsAVolumeOfItsOwnIsNotReplaced) {
+    const test::MountedFolder volume(bench_.target());
+    if (!volume) GTEST_SKIP() << "this user mounts nothing";
+    test::makeBundle(bench_.target(), BundleSample());
+    expectFailure("the installed application is a volume of its own");
+}
+
 TEST_F(ReplacementTest, installsOnlyWhatIsNewer) {
     const struct {
         const char* version;
@@ -261,6 +269,14 @@ TEST_F(ReplacementTest, theImageIsNotAPipeAndNotEmpty) {
     ASSERT_EQ(mkfifo(bench_.image().c_str(), 0600), 0);
     bench_.rememberRest();
     expectFailure("the disk image could not be read: it is no file");
+}
+
+TEST_F(ReplacementTest, anImageBeyondAllMeasureIsNotRead) {
+    std::error_code error;
+    fs::resize_file(bench_.image(), (std::uintmax_t{4} << 30) + 1, error);
+    if (error) GTEST_SKIP() << "this volume has no files of that size";
+    EXPECT_EQ(bench_.install(), Ending::failed);
+    EXPECT_THAT(bench_.message(), HasSubstr("the disk image has the wrong size"));
 }
 
 TEST_F(ReplacementTest, anImageThatGrowsWhileItIsReadIsRefused) {

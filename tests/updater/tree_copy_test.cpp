@@ -1,7 +1,6 @@
 #include "updater/tree_copy.h"
 
 #include <gmock/gmock.h>
-#include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -12,6 +11,7 @@
 #include <fstream>
 #include <functional>
 
+#include "support/mounted_folder.h"
 #include "support/temporary_folder.h"
 #include "updater/stepped_files.h"
 #include "updater/test_bundle.h"
@@ -175,11 +175,9 @@ TEST_F(TreeCopyTest, refusesTooMuch) {
 
 TEST_F(TreeCopyTest, refusesAnotherVolumeMountedInside) {
     writeFile(folder_ / "from/a/file", "x");
-    if (mount("none", (folder_ / "from/a").c_str(), "tmpfs", 0, "size=64k") != 0)
-        GTEST_SKIP() << "this user mounts nothing";
-    const std::string fault = faultText();
-    umount((folder_ / "from/a").c_str());
-    EXPECT_EQ(fault, "\"a\" could not be copied: it lies on another volume");
+    const test::MountedFolder volume(folder_ / "from/a");
+    if (!volume) GTEST_SKIP() << "this user mounts nothing";
+    EXPECT_EQ(faultText(), "\"a\" could not be copied: it lies on another volume");
 }
 
 TEST_F(TreeCopyTest, aFileSwappedForALinkMeanwhileIsNotRead) {
