@@ -5,11 +5,14 @@ set(app velmorandix-orlix)
 file(GLOB sounds CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/sounds/*.wav ${CMAKE_SOURCE_DIR}/resources/sounds/*.oga
   ${CMAKE_SOURCE_DIR}/resources/sounds/*.ogg)
 
-add_executable(${app} ${CMAKE_SOURCE_DIR}/src/main.cpp)
-target_link_libraries(${app} PRIVATE orlix_ui orlix_records orlix_engine orlix_game orlix_automatch orlix_l10n orlix_update
+# All but the main function: the tests have one of their own.
+add_library(orlix_application STATIC ${CMAKE_SOURCE_DIR}/src/application.cpp)
+target_link_libraries(orlix_application PUBLIC orlix_ui orlix_records orlix_engine orlix_game orlix_automatch orlix_l10n orlix_update
   orlix_platform Qt6::Widgets)
-target_compile_definitions(${app} PRIVATE ORLIX_VERSION="${ORLIX_VERSION}" ORLIX_BUILD="${ORLIX_BUILD}"
+target_compile_definitions(orlix_application PRIVATE ORLIX_VERSION="${ORLIX_VERSION}" ORLIX_BUILD="${ORLIX_BUILD}"
   ORLIX_BUNDLE_IDENTIFIER="${ORLIX_BUNDLE_IDENTIFIER}" ORLIX_APP_NAME="${ORLIX_APP_NAME}")
+add_executable(${app} ${CMAKE_SOURCE_DIR}/src/main.cpp)
+target_link_libraries(${app} PRIVATE orlix_application)
 set_target_properties(${app} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 if(APPLE)

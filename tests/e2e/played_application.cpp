@@ -62,7 +62,7 @@ QString promotionName(PieceType type) {
 }  // namespace
 
 PlayedApplication::PlayedApplication(Desktop& desktop, AccessibleTree& tree, const QString& program,
-                                     const QList<PlayedEngine>& engines)
+                                     const QList<PlayedEngine>& engines, const QStringList& variables)
     : desktop_(desktop), tree_(tree) {
     writeEngines(engines);
 
@@ -74,6 +74,8 @@ PlayedApplication::PlayedApplication(Desktop& desktop, AccessibleTree& tree, con
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_.path());
     environment.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("LANGUAGE"), QStringLiteral("en"));
+    for (const QString& variable : variables)
+        environment.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
     process_.setProcessEnvironment(environment);
     process_.setWorkingDirectory(home_.path());
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);

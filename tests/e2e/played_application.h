@@ -29,9 +29,11 @@ struct PlayedEngine {
 
 class PlayedApplication {
   public:
-    /// Throws std::runtime_error when the program shows no window.
+    /// `variables` ("NAME=value") are added to the program's environment. Throws std::runtime_error when the
+    /// program shows no window.
     PlayedApplication(Desktop& desktop, AccessibleTree& tree, const QString& program,
-                      const QList<PlayedEngine>& engines = {recordedStockfish()});
+                      const QList<PlayedEngine>& engines = {recordedStockfish()},
+                      const QStringList& variables = {});
     ~PlayedApplication();
     PlayedApplication(const PlayedApplication&) = delete;
     PlayedApplication& operator=(const PlayedApplication&) = delete;

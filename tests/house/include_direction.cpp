@@ -39,8 +39,13 @@ bool isStandardOnly(std::string_view path) {
     return folderOf(path) == "core" || path.starts_with("records/pgn_game.");
 }
 
+// What builds everything and hands it on.
+bool isCompositionRoot(std::string_view path) {
+    return path == "main.cpp" || path == "application.cpp" || path == "application.h";
+}
+
 bool mayUseSharedObjects(std::string_view path) {
-    return path == "main.cpp" || folderOf(path) == "ui";
+    return isCompositionRoot(path) || folderOf(path) == "ui";
 }
 
 // The C++ standard library's headers have neither a suffix, a folder nor an upper-case letter.
@@ -53,7 +58,7 @@ std::optional<std::string> includeFault(std::string_view path, const std::string
     const std::string from = folderOf(path);
     if (isStandardOnly(path) && !isQuoted && !isStandardHeader(header))
         return "standard C++ only, but includes <" + header + ">";
-    if (!isQuoted || path == "main.cpp") return std::nullopt;
+    if (!isQuoted || isCompositionRoot(path)) return std::nullopt;
 
     const std::string to = folderOf(header);
     if (header.starts_with("moc_") || header.ends_with(".moc")) return std::nullopt;  // generated
@@ -89,7 +94,7 @@ std::vector<std::string> directionFaults(std::string_view path, std::string_view
         } else if (!mayUseSharedObjects(path)) {
             const std::string code = line.substr(0, line.find("//"));
             if (std::regex_search(code, match, sharedUse) && !std::regex_match(code, sharedDefinition))
-                report("only views and main.cpp may say " + match.str());
+                report("only views and application.cpp may say " + match.str());
         }
     }
     return faults;
