@@ -1,27 +1,20 @@
 #include "l10n/text_table.h"
 
-#include <QHash>
+#include <algorithm>
 #include <array>
 
 namespace orlix {
 namespace {
 
-using Dictionary = QHash<QStringView, QStringView>;
-
-std::array<Dictionary, allLanguages.size()> buildDictionaries() {
-    std::array<Dictionary, allLanguages.size()> dictionaries;
-    for (const Language language : allLanguages) {
-        Dictionary& dictionary = dictionaries[static_cast<std::size_t>(language)];
-        dictionary.reserve(static_cast<qsizetype>(textCount));
-        for (const TextEntry& entry : texts(language))
-            dictionary.insert(entry.key, entry.text);
-    }
-    return dictionaries;
-}
-
-const Dictionary& dictionary(Language language) {
-    static const std::array<Dictionary, allLanguages.size()> dictionaries = buildDictionaries();
-    return dictionaries[static_cast<std::size_t>(language)];
+// The rows in the order of their keys, which is the same for all languages.
+std::array<std::size_t, textCount> buildIndex() {
+    std::array<std::size_t, textCount> rows{};
+    for (std::size_t row = 0; row < textCount; ++row)
+        rows[row] = row;
+    std::sort(rows.begin(), rows.end(), [entries = englishTexts()](std::size_t a, std::size_t b) {
+        return entries[a].key < entries[b].key;
+    });
+    return rows;
 }
 
 }  // namespace
@@ -37,10 +30,14 @@ TextList texts(Language language) {
 }
 
 std::optional<QString> lookUpText(Language language, QStringView key) {
-    const Dictionary& entries = dictionary(language);
-    const auto found = entries.constFind(key);
-    if (found == entries.cend()) return std::nullopt;
-    return QString::fromRawData(found->data(), found->size());
+    static const std::array<std::size_t, textCount> rows = buildIndex();
+    const TextList entries = texts(language);
+    const auto found =
+        std::lower_bound(rows.begin(), rows.end(), key,
+                         [&](std::size_t row, QStringView wanted) { return entries[row].key < wanted; });
+    if (found == rows.end() || entries[*found].key != key) return std::nullopt;
+    const QStringView text = entries[*found].text;
+    return QString::fromRawData(text.data(), text.size());
 }
 
 }  // namespace orlix

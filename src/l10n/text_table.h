@@ -29,7 +29,7 @@ TextList frenchTexts();
 TextList texts(Language language);
 
 /// The text of `key` in `language`, or nothing for a key that the table does not have. The string shares the
-/// table's own characters. The first call builds the hash tables of all languages.
+/// table's own characters. The first call sorts the keys, once for all languages.
 std::optional<QString> lookUpText(Language language, QStringView key);
 
 }  // namespace orlix
