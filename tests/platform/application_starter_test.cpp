@@ -1,11 +1,13 @@
 // Both ways to start an application: by a tool of the system, and by its program.
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/posix/posix_application_starter.h"
 #include "platform/posix/posix_tool_runner.h"
 #include "platform/posix/tool_application_starter.h"
+#include "support/event_pump.h"
 #include "support/temporary_folder.h"
 
 namespace orlix {
@@ -56,6 +58,12 @@ TEST_F(ToolApplicationStarterTest, aToolThatIsNotThereIsNotAskedAgain) {
 
 class PosixApplicationStarterTest : public ::testing::Test {
   protected:
+    // What was started outlives its starter, so nothing else waits for it: other tests count their children.
+    ~PosixApplicationStarterTest() override {
+        while (waitpid(-1, nullptr, 0) > 0) {
+        }
+    }
+
     const test::TemporaryFolder folder_;
     PosixApplicationStarter starter_;
 };
@@ -73,8 +81,7 @@ TEST_F(PosixApplicationStarterTest, startsTheProgramInTheBundleWithNothingOfOurs
     ASSERT_EQ(dup2(STDERR_FILENO, 77), 77);  // without FD_CLOEXEC
     EXPECT_TRUE(starter_.start((folder_ / "B C.app").string(), "B C"));
     close(77);
-    while (!fs::exists(record))
-        usleep(1000);
+    ASSERT_TRUE(pumpUntil([&] { return fs::exists(record); }));
     const std::string text = test::readFile(record);
     EXPECT_THAT(text, HasSubstr("0 arguments"));
     EXPECT_THAT(text, Not(HasSubstr("has 77")));
