@@ -9,28 +9,8 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
-QString text(const char* latin1) {
-    return QString::fromLatin1(latin1);
-}
-
-class EngineTurnsTest : public GameTest {
-  protected:
-    void SetUp() override { selectEngines(); }
-
-    /// A game of a person against an engine, past the first lines that every engine gets.
-    void startAgainstEngine(PlayerColorChoice choice) {
-        startGame(GameMode::humanVsEngine, choice);
-        engine(launcher.engines.size() - 1).takeLines();
-    }
-
-    void useThinkingMode(const EngineThinkingMode& mode) {
-        TimeControlConfig config = manager.timeControlConfig();
-        config.engineThinkingMode = mode;
-        manager.setTimeControlConfig(config);
-    }
-};
+using EngineTurnsTest = EngineGameTest;
 
 // Seats
 

@@ -36,6 +36,10 @@ inline Move mv(const char* text) {
     return *Move::fromUci(text);
 }
 
+inline QString text(const char* latin1) {
+    return QString::fromLatin1(latin1);
+}
+
 /// Lists names so that a failure shows chess and not bytes.
 inline QStringList names(const std::vector<Square>& squares) {
     QStringList list;
@@ -159,6 +163,24 @@ class GameTest : public testing::Test {
     int evaluationChanges = 0;
     int engineChanges = 0;
     int clockChanges = 0;
+};
+
+/// The same with engines chosen for both sides.
+class EngineGameTest : public GameTest {
+  protected:
+    void SetUp() override { selectEngines(); }
+
+    /// A game of a person against an engine, past the first lines that every engine gets.
+    void startAgainstEngine(PlayerColorChoice choice) {
+        startGame(GameMode::humanVsEngine, choice);
+        engine(launcher.engines.size() - 1).takeLines();
+    }
+
+    void useThinkingMode(const EngineThinkingMode& mode) {
+        TimeControlConfig config = manager.timeControlConfig();
+        config.engineThinkingMode = mode;
+        manager.setTimeControlConfig(config);
+    }
 };
 
 }  // namespace orlix::test
