@@ -68,6 +68,28 @@ class PanelTabsTest : public testing::Test {
         engines->scanDefaultPaths();
     }
 
+    /// Against the engine, the person having White and having moved: the engine thinks.
+    void playAgainstEngine() {
+        registerEngines();
+        game->setGameMode(GameMode::humanVsEngine);
+        game->startNewGame();
+        game->handleSquareClick(*Square::fromText("e2"));
+        game->handleSquareClick(*Square::fromText("e4"));
+        settle();
+    }
+    void playBetweenEngines() {
+        registerEngines();
+        engines->setSelectedBlackEngine(engines->availableEngines().at(1));
+        game->setGameMode(GameMode::engineVsEngine);
+        game->startNewGame();
+        settle();
+        settle();
+    }
+    void say(const QByteArray& lines) {
+        puppets.say(lines);
+        settle();
+    }
+
     /// Reports every visible text that needs more room than it has, and counts the texts looked at.
     int expectAllFit(const std::string& where) const {
         QCoreApplication::sendPostedEvents();

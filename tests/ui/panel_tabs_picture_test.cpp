@@ -9,30 +9,7 @@
 namespace orlix::test {
 namespace {
 
-class PanelTabPictures : public PanelTabsTest {
-  protected:
-    /// Against the engine, the person having White and having moved: the engine thinks.
-    void playAgainstEngine() {
-        registerEngines();
-        game->setGameMode(GameMode::humanVsEngine);
-        game->startNewGame();
-        game->handleSquareClick(*Square::fromText("e2"));
-        game->handleSquareClick(*Square::fromText("e4"));
-        settle();
-    }
-    void playBetweenEngines() {
-        registerEngines();
-        engines->setSelectedBlackEngine(engines->availableEngines().at(1));
-        game->setGameMode(GameMode::engineVsEngine);
-        game->startNewGame();
-        settle();
-        settle();
-    }
-    void say(const QByteArray& lines) {
-        puppets.say(lines);
-        settle();
-    }
-};
+using PanelTabPictures = PanelTabsTest;
 
 /// Paints the three tabs, empty and full; with ORLIX_PICTURES the pictures are kept in that folder, for
 /// looking at. QT_SCALE_FACTOR sets the pixel ratio.
