@@ -36,8 +36,9 @@ add_custom_target(threaded_tests)
 set(ORLIX_THREADED_FOLDERS platform engine game)
 
 # orlix_test(name [QT] SOURCES ... [LINKS ...] [LABELS ...]): the test program `test_<name>`, its cases known to
-# ctest. With QT the program runs a QApplication on the offscreen platform. Labels: the name, those given, and
-# "threaded" for the folders above; a test elsewhere that starts threads or engines names that label itself.
+# ctest. With QT the program runs a QApplication on the offscreen platform. Labels: the name, the folder, those given,
+# and "threaded" for the folders above; a test elsewhere that starts threads or engines names that label itself.
+# The target `<folder>_tests` builds all test programs of a folder.
 function(orlix_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "QT" "" "SOURCES;LINKS;LABELS")
   add_executable(test_${name} ${arg_SOURCES})
@@ -51,7 +52,11 @@ function(orlix_test name)
     target_link_libraries(test_${name} PRIVATE GTest::gtest_main)
   endif()
   get_filename_component(folder ${CMAKE_CURRENT_SOURCE_DIR} NAME)
-  set(labels ${name} ${arg_LABELS})
+  if(NOT TARGET ${folder}_tests)
+    add_custom_target(${folder}_tests)
+  endif()
+  add_dependencies(${folder}_tests test_${name})
+  set(labels ${name} ${folder} ${arg_LABELS})
   if(folder IN_LIST ORLIX_THREADED_FOLDERS)
     list(APPEND labels threaded)
   endif()
