@@ -9,7 +9,6 @@ namespace {
 
 using AutomatchCountdownTest = AutomatchTest;
 using AutomatchPauseTest = AutomatchTest;
-using testing::ElementsAre;
 
 const QString stopped = QStringLiteral("Automatch gestoppt.");
 

@@ -21,11 +21,9 @@ using test::writeFile;
 using Ending = UpdateInstallation::Ending;
 using ::testing::AllOf;
 using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 using ::testing::StartsWith;
 
 class ExchangeTest : public test::ReplacementFixture {};

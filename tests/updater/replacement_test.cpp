@@ -17,14 +17,11 @@ using test::BundleSample;
 using test::readFile;
 using test::writeFile;
 using Ending = UpdateInstallation::Ending;
-using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
-using ::testing::StartsWith;
 
 class ReplacementTest : public test::ReplacementFixture {};
 

@@ -19,10 +19,8 @@ namespace {
 namespace fs = std::filesystem;
 using test::RunningUpdater;
 using test::WaitingChild;
-using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 class UpdaterProcessTest : public ::testing::Test {
   protected:

@@ -60,15 +60,7 @@ NewGameTab::NewGameTab(const PanelContext& context, PanelState& state, QWidget* 
     buildThinkingCard();
     content_->addStretch(1);
     layout->addWidget(page, 1);
-
-    start_ = new PanelButton(PanelButton::Look::primary, PanelButton::Arrangement::row, context.theme, this);
-    start_->setSymbol(Icon::play);
-    start_->setObjectName(QStringLiteral("startGame"));
-    auto* footer = new QVBoxLayout;
-    footer->setContentsMargins(metrics::space4, metrics::space2, metrics::space4, metrics::space3);
-    footer->addWidget(start_);
-    layout->addLayout(footer);
-    connect(start_, &QAbstractButton::clicked, this, &NewGameTab::start);
+    layout->addLayout(buildFooter());
 
     retranslate();
     open();
@@ -88,6 +80,17 @@ Card* NewGameTab::addCard(const char* titleKey) {
     titles_.append({card, titleKey});
     content_->addWidget(card);
     return card;
+}
+
+QLayout* NewGameTab::buildFooter() {
+    start_ = new PanelButton(PanelButton::Look::primary, PanelButton::Arrangement::row, context_.theme, this);
+    start_->setSymbol(Icon::play);
+    start_->setObjectName(QStringLiteral("startGame"));
+    auto* footer = new QVBoxLayout;
+    footer->setContentsMargins(metrics::space4, metrics::space2, metrics::space4, metrics::space3);
+    footer->addWidget(start_);
+    connect(start_, &QAbstractButton::clicked, this, &NewGameTab::start);
+    return footer;
 }
 
 void NewGameTab::buildModeCard() {

@@ -43,6 +43,7 @@ class NewGameTab : public QWidget {
     void buildTimeCard();
     void buildEngineCard();
     void buildThinkingCard();
+    QLayout* buildFooter();
     /// Drops what was chosen and not started, and shows what is in force.
     void open();
     /// Takes over what was changed elsewhere; the rest of what was chosen here stays, also while another tab
