@@ -3,6 +3,7 @@
 #pragma once
 
 class QAccessibleEvent;
+class QWidget;
 
 namespace orlix {
 
@@ -20,5 +21,11 @@ class AssistiveTechnology {
     /// The system's own; lives as long as the process.
     static AssistiveTechnology& ofSystem();
 };
+
+/// Makes `widget` known as a notice: a text that matters when it comes, wherever the keyboard is. To be
+/// called once, before anybody asks for its role.
+void makeNotice(QWidget& widget);
+/// Shows a notice and has its accessible name read out, also when it stood there already.
+void showNotice(QWidget& widget, AssistiveTechnology& listener);
 
 }  // namespace orlix

@@ -159,7 +159,7 @@ void RightPanelView::Impl::placeToast() {
 void RightPanelView::Impl::showToast(const QString& message) {
     state_.toastMessage = message;
     if (!toast_) {
-        toast_ = new Toast(context_.theme, &view_);
+        toast_ = new Toast(context_.theme, context_.listener, &view_);
     }
     placeToast();
     toast_->showMessage(message);
@@ -236,10 +236,10 @@ void RightPanelView::Impl::showEngineAddAlert() {
 
 RightPanelView::RightPanelView(GameManager& game, EngineManager& engines, LocalizationManager& loc,
                                AutomatchManager& automatch, Theme& theme, PGNExporter& exporter,
-                               TimeSource& time, QWidget* parent)
+                               TimeSource& time, QWidget* parent, AssistiveTechnology& listener)
     : QWidget(parent),
-      impl_(
-          std::make_unique<Impl>(PanelContext{game, engines, loc, automatch, theme, exporter, time}, *this)) {
+      impl_(std::make_unique<Impl>(
+          PanelContext{game, engines, loc, automatch, theme, exporter, time, listener}, *this)) {
     setMinimumWidth(minimumPanelWidth);
     setMaximumWidth(maximumPanelWidth);
     setAttribute(Qt::WA_OpaquePaintEvent);

@@ -7,6 +7,8 @@
 #include <QWidget>
 #include <memory>
 
+#include "ui/assistive_technology.h"
+
 namespace orlix {
 
 class AutomatchManager;
@@ -24,10 +26,11 @@ class RightPanelView : public QWidget {
     static constexpr int minimumPanelWidth = 400;
     static constexpr int maximumPanelWidth = 460;
 
-    /// All references outlive the view.
+    /// All references outlive the view. `listener` is told of what the panel has to say unasked.
     RightPanelView(GameManager& game, EngineManager& engines, LocalizationManager& loc,
                    AutomatchManager& automatch, Theme& theme, PGNExporter& exporter, TimeSource& time,
-                   QWidget* parent = nullptr);
+                   QWidget* parent = nullptr,
+                   AssistiveTechnology& listener = AssistiveTechnology::ofSystem());
     ~RightPanelView() override;
 
     /// Shows tab `index`, 0 to 5; any other index is ignored. A tab is built when it is first shown.

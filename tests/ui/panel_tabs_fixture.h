@@ -2,12 +2,35 @@
 // test tells them, or with real child processes.
 #pragma once
 
+#include <QAccessible>
+
 #include "panel_fixture.h"
 #include "shell.h"
 #include "support/event_pump.h"
+#include "ui/assistive_technology.h"
 #include "ui/controls/text_label.h"
 
 namespace orlix::test {
+
+/// Hears what the panel's notices tell assistive technology, while it is listening.
+class NoticeListener : public AssistiveTechnology {
+  public:
+    struct Heard {
+        QAccessible::Event type;
+        QString name;  ///< of the notice, when the event came
+        bool isVisible;
+    };
+    bool isListening = false;
+    std::vector<Heard> heard;
+
+    bool isActive() const override { return isListening; }
+    void tell(QAccessibleEvent& event) override {
+        const QAccessibleInterface* about = event.accessibleInterface();
+        ASSERT_NE(about, nullptr);
+        EXPECT_EQ(about->role(), QAccessible::Notification);
+        heard.push_back({event.type(), about->text(QAccessible::Name), !about->state().invisible});
+    }
+};
 
 class PanelTabsTest : public testing::Test {
   protected:
@@ -26,7 +49,8 @@ class PanelTabsTest : public testing::Test {
         automatch = std::make_unique<AutomatchManager>(time, *game, *engines, sounds);
         loc = std::make_unique<LocalizationManager>(defaults, system);
         theme.setScheme(Theme::Scheme::light);
-        panel = std::make_unique<RightPanelView>(*game, *engines, *loc, *automatch, theme, exporter, time);
+        panel = std::make_unique<RightPanelView>(*game, *engines, *loc, *automatch, theme, exporter, time,
+                                                 nullptr, listener);
         panel->resize(RightPanelView::minimumPanelWidth, panelHeight);
         panel->show();
         panel->activateWindow();
@@ -135,6 +159,7 @@ class PanelTabsTest : public testing::Test {
     FakeGameSounds sounds;
     Theme theme;
     PGNExporter exporter{dialogs, store, pasteboard};
+    NoticeListener listener;
     std::unique_ptr<EngineManager> engines;
     std::unique_ptr<GameManager> game;
     std::unique_ptr<AutomatchManager> automatch;

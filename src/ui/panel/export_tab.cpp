@@ -10,6 +10,7 @@
 #include "game/game_manager.h"
 #include "l10n/localization_manager.h"
 #include "records/pgn_exporter.h"
+#include "ui/assistive_technology.h"
 #include "ui/controls/card.h"
 #include "ui/controls/control_button.h"
 #include "ui/controls/panel_button.h"
@@ -119,6 +120,7 @@ ExportTab::ExportTab(const PanelContext& context, PanelState& state, QWidget* pa
     card->content()->addWidget(field_);
     refusal_ = new TextLabel(TextStyle::body, ColorRole::bad, theme, card);
     refusal_->setObjectName(QStringLiteral("invalidFen"));
+    makeNotice(*refusal_);
     refusal_->hide();
     card->content()->addWidget(refusal_);
     load_ = makeButton(card, PanelButton::Look::primary, Icon::check, "loadFen");
@@ -183,7 +185,11 @@ void ExportTab::loadFen() {
 }
 
 void ExportTab::setRefused(bool isRefused) {
-    refusal_->setVisible(isRefused);
+    if (isRefused) {
+        showNotice(*refusal_, context_.listener);
+    } else {
+        refusal_->hide();
+    }
     field_->setRefused(isRefused);
     field_->edit()->setAccessibleDescription(isRefused ? refusal_->text() : QString());
 }

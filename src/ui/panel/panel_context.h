@@ -8,6 +8,7 @@
 
 namespace orlix {
 
+class AssistiveTechnology;
 class AutomatchManager;
 class EngineManager;
 class GameManager;
@@ -24,6 +25,7 @@ struct PanelContext {
     Theme& theme;
     PGNExporter& exporter;
     TimeSource& time;
+    AssistiveTechnology& listener;
 };
 
 /// Which way of thinking is chosen, by the position of its segment.

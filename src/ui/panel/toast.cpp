@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QtMath>
 
+#include "ui/assistive_technology.h"
 #include "ui/theme.h"
 
 namespace orlix {
@@ -15,9 +16,11 @@ constexpr int verticalPadding = 9;
 constexpr int leastType = 10;
 }  // namespace
 
-Toast::Toast(Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme) {
+Toast::Toast(Theme& theme, AssistiveTechnology& listener, QWidget* parent)
+    : QWidget(parent), theme_(theme), listener_(listener) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setObjectName(QStringLiteral("toast"));
+    makeNotice(*this);
     hide();
     fade_.setDuration(fadeMs);
     fade_.setStartValue(0.0);
@@ -33,7 +36,7 @@ void Toast::showMessage(const QString& message) {
     message_ = message;
     setAccessibleName(message);
     placeAbove(bottom_, available_);
-    show();
+    showNotice(*this, listener_);
     raise();
     update();
     fade_.setDirection(QAbstractAnimation::Forward);

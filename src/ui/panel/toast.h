@@ -9,12 +9,14 @@
 
 namespace orlix {
 
+class AssistiveTechnology;
 class Theme;
 
 class Toast : public QWidget, public ShowsText {
     Q_OBJECT
   public:
-    explicit Toast(Theme& theme, QWidget* parent);
+    /// Both references outlive the toast. `listener` is told of each message.
+    Toast(Theme& theme, AssistiveTechnology& listener, QWidget* parent);
 
     void showMessage(const QString& message);
     void fadeOut();
@@ -30,6 +32,7 @@ class Toast : public QWidget, public ShowsText {
     QRectF textRoom() const;
 
     Theme& theme_;
+    AssistiveTechnology& listener_;
     QString message_;
     QVariantAnimation fade_;
     int bottom_ = 0;
