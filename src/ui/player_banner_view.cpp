@@ -35,6 +35,7 @@ constexpr int clockGap = 8;
 constexpr int discSize = 9;
 constexpr qreal tagPadding = 4;
 constexpr int tagHeight = 14;
+constexpr int nameHeight = 20;
 
 // A captured piece's step along its row, and the room between two types, as shares of the font size.
 constexpr qreal capturedStep = 0.72;
@@ -99,6 +100,7 @@ class PlayerBannerView::Impl {
     QRect edgeRect() const { return {0, 0, 2 * metrics::cardRadius, view.height()}; }
     /// Between the symbol and the clock.
     QRect textColumn() const;
+    /// Above the captured pieces; in the middle where there is nothing to stand below it.
     QRect nameRow() const;
     QRect capturedRow() const;
     qreal tagWidth() const;
@@ -135,8 +137,9 @@ QRect PlayerBannerView::Impl::textColumn() const {
 
 QRect PlayerBannerView::Impl::nameRow() const {
     QRect row = textColumn();
-    row.setTop(view.height() / 2 - 20);
-    row.setHeight(20);
+    const bool isAlone = values.capturedPieces.empty() && values.materialAdvantage < 1;
+    row.setTop(view.height() / 2 - (isAlone ? nameHeight / 2 : nameHeight));
+    row.setHeight(nameHeight);
     return row;
 }
 
@@ -299,6 +302,7 @@ PlayerBannerView::~PlayerBannerView() = default;
 
 void PlayerBannerView::setValues(const Values& values) {
     const QRect clockBefore = impl_->clockRect();
+    const QRect nameBefore = impl_->nameRow();
     const Values before = std::exchange(impl_->values, values);
     if (!haveEqualShape(before.timeString, values.timeString)) impl_->measureClock();
     const QRect clockAfter = impl_->clockRect();
@@ -315,8 +319,10 @@ void PlayerBannerView::setValues(const Values& values) {
     if (isOtherTurn) update(impl_->edgeRect());
     if (isOtherClock) update(clockBefore.united(clockAfter));
     if (isOtherSymbol) update(impl_->symbolArea());
-    // A wider clock leaves the name less room.
-    if (isOtherName || clockBefore != clockAfter) update(impl_->nameRow().adjusted(0, 0, metrics::space3, 0));
+    // A wider clock leaves the name less room, and the first captured piece takes it out of the middle.
+    const QRect nameAfter = impl_->nameRow();
+    if (isOtherName || nameBefore != nameAfter)
+        update(nameBefore.united(nameAfter).adjusted(0, 0, metrics::space3, 0));
     if (isOtherMaterial) update(impl_->capturedRow());
     if (isOtherName || clockBefore != clockAfter) impl_->updateToolTip();
     if (isOtherName || isOtherMaterial) impl_->updateDescription();

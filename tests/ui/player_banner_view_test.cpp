@@ -76,6 +76,7 @@ class PlayerBannerTest : public ::testing::Test {
     const QRect clockSide_{560, 0, 154, 56};
     const QRect symbolSide_{10, 0, 38, 56};
     const QRect nameRow_{50, 6, 564, 22};
+    const QRect nameAlone_{50, 17, 564, 22};
     const QRect capturedRow_{50, 28, 564, 22};
 };
 
@@ -102,11 +103,28 @@ TEST_F(PlayerBannerTest, isFiftySixHigh) {
 
 TEST_F(PlayerBannerTest, showsTheNameAndTheClockReading) {
     const QRect name = effectOf([](auto& values) { values.name = QStringLiteral("Somebody else"); });
-    EXPECT_TRUE(nameRow_.contains(name));
+    EXPECT_TRUE(nameAlone_.contains(name));
     EXPECT_FALSE(name.isNull());
     const QRect clock = effectOf([](auto& values) { values.timeString = QStringLiteral("4:59"); });
     EXPECT_TRUE(clockSide_.contains(clock));
     EXPECT_FALSE(clock.isNull());
+}
+
+TEST_F(PlayerBannerTest, theNameStandsInTheMiddleWhileThereIsNothingBelowIt) {
+    const auto rename = [](auto& values) { values.name += QLatin1Char('H'); };
+    const QImage bare = picture();
+    EXPECT_NEAR(effectOf(rename).center().y(), banner_.height() / 2, 1);
+    values_.capturedPieces = {piece(PieceType::pawn)};
+    apply();
+    EXPECT_TRUE(nameRow_.contains(effectOf(rename)));
+    values_.capturedPieces.clear();
+    values_.materialAdvantage = 1;
+    apply();
+    EXPECT_TRUE(nameRow_.contains(effectOf(rename))) << "an advantage without captured pieces";
+    values_.materialAdvantage = -1;
+    values_.name.chop(3);
+    apply();
+    EXPECT_EQ(picture(), bare) << "a deficit is not shown";
 }
 
 TEST_F(PlayerBannerTest, theSymbolTellsAPersonFromAnEngine) {
@@ -127,6 +145,8 @@ TEST_F(PlayerBannerTest, anAdvantageIsShownFromOneOn) {
         const QRect change = effectOf([advantage](auto& values) { values.materialAdvantage = advantage; });
         EXPECT_TRUE(change.isNull()) << advantage;
     }
+    values_.capturedPieces = {piece(PieceType::pawn)};
+    apply();
     const QRect one = effectOf([](auto& values) { values.materialAdvantage = 1; });
     EXPECT_TRUE(capturedRow_.contains(one));
     EXPECT_FALSE(one.isNull());
@@ -135,13 +155,16 @@ TEST_F(PlayerBannerTest, anAdvantageIsShownFromOneOn) {
 }
 
 TEST_F(PlayerBannerTest, capturedPiecesAreShownInTheOrderGiven) {
-    const QRect first = effectOf([](auto& values) { values.capturedPieces = {piece(PieceType::pawn)}; });
+    values_.capturedPieces = {piece(PieceType::pawn)};
+    apply();
+    const QRect first =
+        effectOf([](auto& values) { values.capturedPieces.push_back(piece(PieceType::rook)); });
     const QRect second =
         effectOf([](auto& values) { values.capturedPieces.push_back(piece(PieceType::queen)); });
     EXPECT_TRUE(capturedRow_.contains(first.united(second)));
     EXPECT_GT(second.left(), first.right()) << "the later piece stands to the right";
     const QRect swapped =
-        effectOf([](auto& values) { std::swap(values.capturedPieces[0], values.capturedPieces[1]); });
+        effectOf([](auto& values) { std::swap(values.capturedPieces[0], values.capturedPieces[2]); });
     EXPECT_FALSE(swapped.isNull());
 }
 
@@ -213,7 +236,7 @@ TEST_F(PlayerBannerTest, aLongNameIsElidedInTheMiddleWithTheWholeAsToolTip) {
         "An engine whose name goes on and on and on until nobody can read the end "
         "of it, build 20240119");
     const QRect change = effectOf([&name](auto& values) { values.name = name; });
-    EXPECT_TRUE(nameRow_.adjusted(0, 0, 60, 0).contains(change));
+    EXPECT_TRUE(nameAlone_.adjusted(0, 0, 60, 0).contains(change));
     EXPECT_EQ(banner_.toolTip(), name);
     // The end of the name shows: another end is another picture, another middle is not.
     EXPECT_FALSE(effectOf([](auto& values) {
@@ -247,8 +270,10 @@ TEST_F(PlayerBannerTest, theSameValuesPaintNothing) {
 }
 
 TEST_F(PlayerBannerTest, everyChangePaintsItsOwnRegion) {
+    const QRect first = repaintOf([](auto& values) { values.capturedPieces = {piece(PieceType::pawn)}; });
+    EXPECT_TRUE(nameRow_.united(capturedRow_).contains(first)) << "the name gives way to the first one";
     EXPECT_TRUE(capturedRow_.contains(
-        repaintOf([](auto& values) { values.capturedPieces = {piece(PieceType::pawn)}; })));
+        repaintOf([](auto& values) { values.capturedPieces.push_back(piece(PieceType::pawn)); })));
     EXPECT_TRUE(symbolSide_.contains(repaintOf([](auto& values) { values.color = PieceColor::black; })));
     EXPECT_EQ(repaintOf([](auto& values) { values.name = QStringLiteral("Another"); }).height(), 20);
     const QRect thinking = repaintOf([](auto& values) { values.isThinking = true; });
