@@ -1,4 +1,7 @@
 #include "ui/panel/panel_header.h"
+
+#include <QAccessible>
+
 #include "l10n/language.h"
 #include "panel_fixture.h"
 #include "ui/controls/picker_button.h"
@@ -173,6 +176,66 @@ TEST_F(PanelHeaderTest, thePickerWorksWithTheKeyboardAlone) {
     QTest::keyClick(picker->popup(), Qt::Key_Escape);
     EXPECT_TRUE(!picker->popup() || !picker->popup()->isVisible());
     EXPECT_EQ(loc->currentLanguage(), Language::french);
+}
+
+TEST_F(PanelHeaderTest, theOpenListIsBelowItsPickerForAssistiveTechnology) {
+    auto* picker = find<PickerButton>("languagePicker");
+    QAccessibleInterface* node = QAccessible::queryAccessibleInterface(picker);
+    ASSERT_NE(node, nullptr);
+    EXPECT_EQ(node->role(), QAccessible::Button);
+    EXPECT_EQ(node->text(QAccessible::Name), picker->accessibleName());
+    EXPECT_EQ(node->childCount(), 0);
+    EXPECT_EQ(node->child(0), nullptr);
+    EXPECT_TRUE(node->state().hasPopup && node->state().collapsed);
+    EXPECT_FALSE(node->state().expanded);
+
+    QAccessibleActionInterface* actions = node->actionInterface();
+    ASSERT_TRUE(actions && actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    ASSERT_TRUE(picker->popup());
+    EXPECT_TRUE(node->state().expanded && !node->state().collapsed);
+    ASSERT_EQ(node->childCount(), 1);
+    QAccessibleInterface* list = node->child(0);
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->role(), QAccessible::List);
+    EXPECT_EQ(list->text(QAccessible::Name), loc->text("language"));
+    EXPECT_EQ(list->parent(), node);
+    EXPECT_EQ(node->indexOfChild(list), 0);
+    const QPoint inside = picker->popup()->geometry().center();
+    EXPECT_EQ(node->childAt(inside.x(), inside.y()), list);
+    ASSERT_EQ(list->childCount(), 4);
+    for (int index = 0; index < 4; ++index) {
+        EXPECT_EQ(list->child(index)->text(QAccessible::Name), picker->items().at(index));
+        EXPECT_EQ(bool(list->child(index)->state().checked), index == 0);
+        EXPECT_EQ(bool(list->child(index)->state().focused), index == 0);
+    }
+
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(node->childCount(), 0);
+    EXPECT_TRUE(node->state().collapsed);
+}
+
+TEST_F(PanelHeaderTest, anOpenListThatIsCutToShapeHasNoDarkCorners) {
+    for (const auto scheme : {Theme::Scheme::light, Theme::Scheme::dark}) {
+        theme.setScheme(scheme);
+        auto* picker = find<PickerButton>("languagePicker");
+        picker->openPopup();
+        QWidget* list = picker->popup();
+        ASSERT_TRUE(list);
+        list->setMask(list->rect());
+        const QImage image = list->grab().toImage();
+        const QColor edge = theme.tint(ColorRole::text, ColorRole::panel, 0.22);
+        for (const int x : {0, 1, image.width() - 2, image.width() - 1}) {
+            for (const int y : {0, 1, image.height() - 2, image.height() - 1}) {
+                const QColor color = image.pixelColor(x, y);
+                EXPECT_EQ(color.alpha(), 255) << x << " " << y;
+                EXPECT_NEAR(color.lightness(), edge.lightness(), 40) << x << " " << y;
+            }
+        }
+        list->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 }
 
 TEST(PanelColors, everyTextReachesItsContrast) {

@@ -3,12 +3,13 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QtMath>
+#include <cmath>
 
 #include "ui/controls/panel_button.h"
+#include "ui/controls/picker_accessible.h"
 #include "ui/icons.h"
 #include "ui/theme.h"
 
@@ -27,6 +28,19 @@ QFont typeface() {
     return font;
 }
 
+/// `area` without its corners, the same at all four of them.
+QRegion roundedRegion(const QRect& area, int radius) {
+    QRegion region(area.adjusted(0, radius, 0, -radius));
+    for (int row = 0; row < radius; ++row) {
+        const double above = radius - row - 0.5;
+        const int inset = qRound(radius - std::sqrt(radius * radius - above * above));
+        const int width = area.width() - 2 * inset;
+        region += QRect(area.left() + inset, area.top() + row, width, 1);
+        region += QRect(area.left() + inset, area.bottom() - row, width, 1);
+    }
+    return region;
+}
+
 /// The open list: a window of its own that the system closes on a press elsewhere.
 class PickerPopup : public QWidget {
   public:
@@ -39,7 +53,10 @@ class PickerPopup : public QWidget {
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(theme_.tint(ColorRole::text, ColorRole::panel, 0.22));
+        const QColor edge = theme_.tint(ColorRole::text, ColorRole::panel, 0.22);
+        // Where the window is cut to shape, nothing shows through it: its edge is drawn up to the cut.
+        if (!mask().isEmpty()) painter.fillRect(rect(), edge);
+        painter.setPen(edge);
         painter.setBrush(theme_.color(ColorRole::panel));
         painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), metrics::controlRadius,
                                 metrics::controlRadius);
@@ -48,9 +65,7 @@ class PickerPopup : public QWidget {
         QWidget::resizeEvent(event);
         // Under X11 nothing may blend windows; what is left transparent would be black there.
         if (QGuiApplication::platformName() != QLatin1String("xcb")) return;
-        QPainterPath outline;
-        outline.addRoundedRect(rect(), metrics::controlRadius, metrics::controlRadius);
-        setMask(QRegion(outline.toFillPolygon().toPolygon()));
+        setMask(roundedRegion(rect(), metrics::controlRadius));
     }
     void keyPressEvent(QKeyEvent* event) override {
         switch (event->key()) {
@@ -68,6 +83,7 @@ class PickerPopup : public QWidget {
 }  // namespace
 
 PickerButton::PickerButton(Theme& theme, QWidget* parent) : ControlButton(theme, parent) {
+    picker_accessibility::install();
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(this, &QAbstractButton::clicked, this, &PickerButton::openPopup);
 }
@@ -140,6 +156,7 @@ void PickerButton::keyPressEvent(QKeyEvent* event) {
 void PickerButton::openPopup() {
     if (popup_ || items_.isEmpty()) return;
     auto* list = new PickerPopup(theme(), this);
+    popup_ = list;
     list->setAccessibleName(caption_);
     auto* layout = new QVBoxLayout(list);
     layout->setContentsMargins(4, 4, 4, 4);
@@ -161,7 +178,6 @@ void PickerButton::openPopup() {
             Q_EMIT chosen(index);
         });
     }
-    popup_ = list;
     const int most = areUserNames_ ? qMax(width(), 360) : widest + 8;
     list->resize(qMin(widest + 8, most), list->sizeHint().height());
     QPoint corner = mapToGlobal(QPoint(width() - list->width(), height() + 2));
@@ -176,6 +192,8 @@ void PickerButton::openPopup() {
     list->show();
     auto* first = qobject_cast<QWidget*>(layout->itemAt(qMax(0, currentIndex_))->widget());
     first->setFocus(Qt::PopupFocusReason);
+    picker_accessibility::tellExpanded(*this);
+    connect(list, &QObject::destroyed, this, [this] { picker_accessibility::tellExpanded(*this); });
 }
 
 void PickerButton::paintEvent(QPaintEvent*) {
