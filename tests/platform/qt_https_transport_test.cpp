@@ -2,16 +2,42 @@
 #include "platform/qt/qt_https_transport.h"
 
 #include <gmock/gmock.h>
+#include <netdb.h>
 #include <signal.h>
 #include <sys/resource.h>
 
 #include <QFile>
 #include <QTcpServer>
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
 #include <thread>
 #include <vector>
 
+#include "support/environment_guard.h"
 #include "support/https_server.h"
 #include "support/temporary_folder.h"
+
+#if defined(__linux__)
+// The looking up of hosts, as far as our own code asks for it: held up while the test wants it.
+namespace {
+std::mutex lookupMutex;
+std::condition_variable lookupGoesOn;
+bool isLookupHeld = false;
+std::atomic<int> lookupsHeld = 0;
+}  // namespace
+
+extern "C" int __real_getaddrinfo(const char*, const char*, const addrinfo*, addrinfo**);
+extern "C" int __wrap_getaddrinfo(const char* host, const char* service, const addrinfo* hints,
+                                  addrinfo** result) {
+    {
+        std::unique_lock lock(lookupMutex);
+        if (isLookupHeld) ++lookupsHeld;
+        lookupGoesOn.wait(lock, [] { return !isLookupHeld; });
+    }
+    return __real_getaddrinfo(host, service, hints, result);
+}
+#endif
 
 namespace orlix {
 namespace {
@@ -321,6 +347,20 @@ TEST_F(QtHttpsTransportTest, onlyTheSystemsAuthoritiesCountByDefault) {
     EXPECT_EQ(server.requests().size(), 0);
 }
 
+TEST_F(QtHttpsTransportTest, theEnvironmentAddsNoAuthority) {
+    QFile file(QString::fromStdString((folder / "authority.pem").string()));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(authority.certificate().toPem());
+    file.close();
+    EnvironmentGuard environment;
+    environment.set("SSL_CERT_FILE", file.fileName().toUtf8());
+    environment.set("SSL_CERT_DIR", QByteArray::fromStdString(folder.path().string()));
+    server.answer(path, withBody("{}"));
+    QtHttpsTransport ordinary;
+    EXPECT_NE(ordinary.fetch(server.url(path), large).error, QString());
+    EXPECT_EQ(server.requests().size(), 0);
+}
+
 TEST_F(QtHttpsTransportTest, aServerThatIsNotThereIsAnError) {
     QUrl url;
     {
@@ -375,6 +415,49 @@ TEST_F(QtHttpsTransportTest, cancellingEndsWhatRunsAndWhatWouldBegin) {
     EXPECT_NE(response.error, QString());
     EXPECT_NE(fetch(withBody("{}")).error, QString());
 }
+
+#if defined(__linux__)
+class SilentNameServer {
+  public:
+    SilentNameServer() { set(true); }
+    ~SilentNameServer() { set(false); }
+    SilentNameServer(const SilentNameServer&) = delete;
+    SilentNameServer& operator=(const SilentNameServer&) = delete;
+
+  private:
+    static void set(bool isHeld) {
+        const std::lock_guard lock(lookupMutex);
+        isLookupHeld = isHeld;
+        lookupGoesOn.notify_all();
+    }
+};
+
+TEST_F(QtHttpsTransportTest, aNameServerThatKeepsSilentIsWaitedForWithinTheLimit) {
+    QtHttpsTransport::Settings settings = trusting(authority);
+    settings.fetchLimit = 100ms;
+    settings.standstillLimit = 100ms;
+    QtHttpsTransport impatient(settings);
+    server.answer(path, withBody("{}"));
+    const SilentNameServer silence;
+    EXPECT_EQ(impatient.fetch(server.url(path), large).error, QStringLiteral("The request timed out."));
+    EXPECT_EQ(impatient.download(server.url(path), filePath, large).error,
+              QStringLiteral("The request timed out."));
+    EXPECT_EQ(server.requests().size(), 0) << "the library, which could not be stopped, was not asked";
+}
+
+TEST_F(QtHttpsTransportTest, cancellingDoesNotWaitForANameServer) {
+    const SilentNameServer silence;
+    const int before = lookupsHeld;
+    std::thread canceller([&] {
+        while (lookupsHeld == before)
+            std::this_thread::sleep_for(1ms);
+        transport.cancel();
+    });
+    EXPECT_EQ(fetch(withBody("{}")).error, QStringLiteral("The program is about to end."));
+    canceller.join();
+    EXPECT_EQ(fetch(withBody("{}")).error, QStringLiteral("The program is about to end."));
+}
+#endif
 
 TEST_F(QtHttpsTransportTest, severalTransfersRunAtATime) {
     server.answer(path, withBody("{}"));

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_https_transport.h"
 
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QNetworkAccessManager>
@@ -7,6 +8,7 @@
 #include <QNetworkRequest>
 #include <QSslConfiguration>
 #include <QTimer>
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <memory>
@@ -33,6 +35,14 @@ bool isNetworkFailure(QNetworkReply::NetworkError error, int status) {
     if (isRefusedRedirection) return !isRedirection(status);
     const bool isAboutContent = error >= QNetworkReply::ContentAccessDenied;
     return !isAboutContent || status == 0 || isSuccess(status);
+}
+
+QString timedOut() {
+    return QStringLiteral("The request timed out.");
+}
+
+QString programEnds() {
+    return QStringLiteral("The program is about to end.");
 }
 
 QNetworkRequest requestFor(const QUrl& url, const std::optional<QList<QSslCertificate>>& authorities) {
@@ -68,14 +78,22 @@ class QtHttpsTransport::Transfer {
     }
 
     HttpResponse run(const QUrl& url) {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        response_.error = transport_.lookUp(url, timer_.intervalAsDuration());
+        if (!response_.error.isEmpty()) return response_;
+        if (limit_ == Limit::whole) {
+            const auto left = timer_.intervalAsDuration() - std::chrono::milliseconds(elapsed.elapsed());
+            timer_.setInterval(std::max(left, std::chrono::milliseconds(0)));
+        }
+
         QNetworkAccessManager manager;
         reply_.reset(manager.get(requestFor(url, transport_.settings_.authorities)));
         reply_->setReadBufferSize(bufferSize);
         QObject::connect(reply_.get(), &QNetworkReply::metaDataChanged, &loop_, [this] { judgeStatus(); });
         QObject::connect(reply_.get(), &QNetworkReply::readyRead, &loop_, [this] { read(); });
         QObject::connect(reply_.get(), &QNetworkReply::finished, &loop_, [this] { loop_.quit(); });
-        QObject::connect(&timer_, &QTimer::timeout, &loop_,
-                         [this] { stop(QStringLiteral("The request timed out.")); });
+        QObject::connect(&timer_, &QTimer::timeout, &loop_, [this] { stop(timedOut()); });
         timer_.start();
         transport_.begin(loop_);
         if (!reply_->isFinished()) loop_.exec();
@@ -120,7 +138,7 @@ class QtHttpsTransport::Transfer {
     }
 
     void finish() {
-        if (!reply_->isFinished() && !isStopped_) stop(QStringLiteral("The program is about to end."));
+        if (!reply_->isFinished() && !isStopped_) stop(programEnds());
         read();
         response_.status = status();
         response_.finalUrl = reply_->url();
@@ -168,6 +186,20 @@ HttpResponse QtHttpsTransport::download(const QUrl& url, const QString& path, qi
     return transfer.run(url);
 }
 
+QString QtHttpsTransport::lookUp(const QUrl& url, std::chrono::milliseconds limit) {
+    NameLookup lookup(url.host(QUrl::FullyEncoded).toStdString());
+    {
+        const std::lock_guard lock(mutex_);
+        if (isCancelled_) return programEnds();
+        lookups_.insert(&lookup);
+    }
+    const bool isAnswered = lookup.wait(limit);
+    const std::lock_guard lock(mutex_);
+    lookups_.remove(&lookup);
+    if (isCancelled_) return programEnds();
+    return isAnswered ? QString() : timedOut();
+}
+
 void QtHttpsTransport::begin(QEventLoop& loop) {
     const std::lock_guard lock(mutex_);
     loops_.insert(&loop);
@@ -182,6 +214,8 @@ void QtHttpsTransport::end(QEventLoop& loop) {
 void QtHttpsTransport::cancel() {
     const std::lock_guard lock(mutex_);
     isCancelled_ = true;
+    for (NameLookup* lookup : lookups_)
+        lookup->cancel();
     for (QEventLoop* loop : loops_)
         QMetaObject::invokeMethod(loop, &QEventLoop::quit, Qt::QueuedConnection);
 }

@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "platform/https_transport.h"
+#include "platform/posix/name_lookup.h"
 
 class QEventLoop;
 
@@ -36,13 +37,16 @@ class QtHttpsTransport : public HttpsTransport {
   private:
     class Transfer;
 
+    /// Nothing when the host was looked up within `limit`, else the error in words.
+    QString lookUp(const QUrl& url, std::chrono::milliseconds limit);
     void begin(QEventLoop& loop);
     void end(QEventLoop& loop);
 
     Settings settings_;
     std::mutex mutex_;
     bool isCancelled_ = false;
-    QSet<QEventLoop*> loops_;  // of the transfers under way
+    QSet<QEventLoop*> loops_;    // of the transfers under way
+    QSet<NameLookup*> lookups_;  // of those that have not begun
 };
 
 }  // namespace orlix
