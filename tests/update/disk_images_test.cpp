@@ -81,6 +81,26 @@ TEST_F(DiskImagesTest, aFailureCarriesTheToolsOwnWords) {
     EXPECT_EQ(attachComplaint({"--bad-error"}), invalid("Could not mount image."));
 }
 
+/// Answers well and fails all the same.
+class TwoTongues : public ToolRunner {
+  public:
+    Result run(const std::string&, const std::vector<std::string>&) override {
+        return {0, 1,
+                "<plist><dict><key>system-entities</key><array><dict><key>mount-point</key>"
+                "<string>/Volumes/Orlix</string></dict></array></dict></plist>",
+                "no permission"};
+    }
+    void hurry(std::chrono::milliseconds) override {}
+};
+
+TEST(DiskImages, aToolThatFailsIsNotBelievedWhateverItAnswers) {
+    TwoTongues tools;
+    ASSERT_TRUE(DiskImages::mountedImage(QByteArray::fromStdString(tools.run({}, {}).output)));
+    DiskImages images(tools, "/usr/bin/hdiutil");
+    EXPECT_EQ(complaintOf([&] { images.attach(QStringLiteral("/a.dmg")); }),
+              QStringLiteral("The downloaded disk image is invalid: no permission"));
+}
+
 TEST_F(DiskImagesTest, anAnswerWithoutAMountPointIsAFailure) {
     for (const char* flag : {"--garbage", "--array", "--no-entities", "--no-mount-point"}) {
         SCOPED_TRACE(flag);

@@ -130,6 +130,8 @@ TEST(UpdateInfo, whatIsNoJsonObjectFails) {
         EXPECT_NE(errorOf(feed), QString());
     }
     EXPECT_NE(errorOf(QByteArray(100'000, '[')), QString()) << "nor something that nests deeply";
+    for (const char* other : {"[]", "[{\"version\":\"1\",\"download_url\":\"https://a/b\"}]"})
+        EXPECT_EQ(errorOf(other), QStringLiteral("The update feed is not a JSON object."));
 }
 
 TEST(UpdateInfo, anAddressHasToParse) {

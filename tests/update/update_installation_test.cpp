@@ -4,8 +4,10 @@
 
 #include <QCoreApplication>
 
+#include "platform/posix/posix_file_operations.h"
 #include "support/update_world.h"
 #include "update/update_install_plan.h"
+#include "updater/checked_plan.h"
 
 namespace orlix {
 namespace {
@@ -70,6 +72,27 @@ TEST_F(UpdateInstallationTest, thePlanIsForTheUserOnlyWhateverTheMask) {
     fs::permissions(path, fs::perms(0666));
     schedule();
     EXPECT_EQ(fs::status(path).permissions(), fs::perms(0600));
+}
+
+// The program that installs opens nothing through a link, and what it is told must pass its checks.
+TEST(UpdateHandOver, theInstallingProgramTakesThePlanAlsoWhereTheCachesAreALink) {
+    UpdateWorld world;
+    fs::create_directories(world.folder / "another disk/caches");
+    fs::create_directory_symlink(world.folder / "another disk/caches", world.caches);
+    const mode_t mask = umask(0002);
+    world.service().scheduleInstallation(world.prepared());
+    world.service().launchScheduledInstaller();
+    umask(mask);
+    ASSERT_EQ(world.starter.started.size(), 1U);
+    const std::vector<std::string>& command = world.starter.started[0];
+    EXPECT_EQ(fs::canonical(command[0]), command[0]);
+    EXPECT_EQ(fs::canonical(command[2]), command[2]);
+    PosixFileOperations files;
+    const PlanPolicy policy{"com.dovu.velmorandix", "TEAM123456", world.statusPath().string()};
+    CheckedPlan plan;
+    EXPECT_EQ(readPlan(files, command[2], policy, plan), std::nullopt);
+    EXPECT_EQ(plan.targetPath, world.runningBundle.string());
+    EXPECT_EQ(plan.imageName, world.imagePath().filename().string());
 }
 
 TEST_F(UpdateInstallationTest, theTargetIsTheBundleBehindLinksAndDots) {
