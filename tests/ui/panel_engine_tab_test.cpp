@@ -160,7 +160,7 @@ TEST_F(EngineTabTest, betweenEnginesEachSideHasItsOwnStrength) {
     playBetweenEngines();
     panel->setSelectedTab(1);
     click(find("liveWhiteLimit"));
-    click(find<ChoiceGroup>("liveWhitePresets")->button(0));
+    find<ValueSlider>("liveWhiteElo")->setValue(1400);
     EXPECT_EQ(game->whiteEngineElo(), 1400);
     EXPECT_TRUE(game->whiteEngineLimitElo());
     EXPECT_FALSE(game->blackEngineLimitElo());
@@ -171,7 +171,37 @@ TEST_F(EngineTabTest, betweenEnginesEachSideHasItsOwnStrength) {
     // What is changed elsewhere is shown here.
     game->updateBlackElo(true, 2600);
     EXPECT_EQ(find<TextLabel>("liveBlackStrength")->text(), QStringLiteral("2600 ELO"));
-    EXPECT_EQ(find<ChoiceGroup>("liveBlackPresets")->currentIndex(), 3);
+    EXPECT_EQ(find<ValueSlider>("liveBlackElo")->value(), 2600);
+}
+
+TEST_F(EngineTabTest, theConsoleStandsWholeOnThePageWhateverIsAboveIt) {
+    // What is left for the panel in a window of the default size, below its menu.
+    panel->resize(RightPanelView::minimumPanelWidth, 836);
+    const auto expectWhole = [this] {
+        settle();
+        const QWidget* frame = console()->parentWidget();
+        QWidget* page = frame->parentWidget()->parentWidget()->parentWidget();
+        ASSERT_TRUE(page->parentWidget()->inherits("QScrollArea"));
+        const int bottom = frame->mapTo(page, QPoint(0, frame->height())).y();
+        EXPECT_LE(bottom, page->height()) << utf8(displayName(loc->currentLanguage()));
+        EXPECT_GE(console()->height(), 100);
+    };
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    click(find("liveBlackLimit"));
+    EXPECT_TRUE(find<ChoiceGroup>("liveBlackPresets")->isVisible());
+    for (const Language language : allLanguages) {
+        loc->setCurrentLanguage(language);
+        expectWhole();
+    }
+    playBetweenEngines();
+    game->updateWhiteElo(true, 1800);
+    game->updateBlackElo(true, 2600);
+    EXPECT_FALSE(find<ChoiceGroup>("liveBlackPresets")->isVisible());
+    for (const Language language : allLanguages) {
+        loc->setCurrentLanguage(language);
+        expectWhole();
+    }
 }
 
 TEST_F(EngineTabTest, presetsBearTheirTextsInEveryLanguage) {

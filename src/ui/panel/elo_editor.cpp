@@ -94,6 +94,10 @@ void EloEditor::setCaption(const QString& caption) {
     retranslate();
 }
 
+void EloEditor::setPresetsShown(bool areShown) {
+    presets_->setVisible(areShown);
+}
+
 void EloEditor::takeElo(qint64 elo) {
     if (elo == elo_) return;
     setStrength(limitElo_, elo);

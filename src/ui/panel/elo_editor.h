@@ -47,6 +47,8 @@ class EloEditor : public QWidget {
     qint64 elo() const { return elo_; }
     /// Prefixes the object names of the parts: "<name>Limit", "<name>Elo", "<name>Presets", "<name>Strength".
     void setPartNames(const QString& name);
+    /// The chips of the usual strengths below the slider; shown unless told otherwise.
+    void setPresetsShown(bool areShown);
     /// Whose strength it is, read out before each part's own name where there are several editors.
     void setCaption(const QString& caption);
 

@@ -54,6 +54,10 @@ void LiveEloEditor::takeGame() {
     if (hasBlack) {
         editor(PieceColor::black)->setStrength(game.blackEngineLimitElo(), game.blackEngineElo());
     }
+    for (EloEditor* editor : editors_) {
+        // Between engines the sliders have to do: the console below needs the room.
+        if (editor) editor->setPresetsShown(!hasWhite || !hasBlack);
+    }
     if (editors_[0]) editors_[0]->setVisible(hasWhite);
     if (editors_[1]) editors_[1]->setVisible(hasBlack);
     setVisible(hasWhite || hasBlack);

@@ -61,11 +61,12 @@ UciConsoleView::UciConsoleView(const PanelContext& context, QWidget* parent)
 UciConsoleView::~UciConsoleView() = default;
 
 QSize UciConsoleView::sizeHint() const {
-    return {320, 240};
+    // It takes the rest of the page: asking for more than the least would push it below the page's end.
+    return {320, minimumSizeHint().height()};
 }
 
 QSize UciConsoleView::minimumSizeHint() const {
-    return {160, 8 * rowHeight_};
+    return {160, 6 * rowHeight_ + 2 * padding};
 }
 
 QColor UciConsoleView::lineColor(const QString& line) {
