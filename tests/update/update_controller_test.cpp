@@ -89,6 +89,15 @@ class UpdateControllerTest : public ::testing::Test {
     std::unique_ptr<UpdateController> controller_;
 };
 
+TEST_F(UpdateControllerTest, theRegisteredControllerAndServiceAreTheSharedOnes) {
+    UpdateController::registerShared(&controller());
+    UpdateService::registerShared(&world.service());
+    EXPECT_EQ(&UpdateController::shared(), &controller());
+    EXPECT_EQ(&UpdateService::shared(), &world.service());
+    UpdateController::registerShared(nullptr);
+    UpdateService::registerShared(nullptr);
+}
+
 TEST_F(UpdateControllerTest, beginsWithNothingToShow) {
     EXPECT_EQ(shown(), Shown{});
 }
