@@ -190,6 +190,7 @@ TEST_F(ReplacementTest, aTargetThatIsALinkIsNotFollowed) {
     EXPECT_EQ(bench_.install(), Ending::failed);
     EXPECT_THAT(bench_.message(), HasSubstr("the installed application could not be opened"));
     EXPECT_TRUE(fs::is_symlink(bench_.target()));
+    EXPECT_THAT(bench_.starter.started, IsEmpty()) << "nor is what it leads to started";
     expectNothingLeft();
 }
 

@@ -5,7 +5,9 @@
 
 #include <cerrno>
 
+#include "support/mounted_folder.h"
 #include "support/temporary_folder.h"
+#include "updater/private_folder.h"
 #include "updater/stepped_files.h"
 
 namespace orlix {
@@ -86,6 +88,34 @@ TEST_F(TreeRemovalTest, aFolderSwappedForALinkMeanwhileIsNotFollowed) {
     };
     EXPECT_NE(removeTree(files_, at_.get(), "tree"), 0);
     EXPECT_TRUE(isOutsideThere());
+}
+
+TEST_F(TreeRemovalTest, leavesAnotherVolumeAlone) {
+    fs::create_directories(folder_ / "tree/mounted");
+    const test::MountedFolder volume(folder_ / "tree/mounted");
+    if (!volume) GTEST_SKIP() << "this user mounts nothing";
+    writeFile(folder_ / "tree/mounted/file", "text");
+    EXPECT_EQ(removeTree(files_, at_.get(), "tree"), EXDEV);
+    EXPECT_EQ(test::readFile(folder_ / "tree/mounted/file"), "text");
+}
+
+TEST_F(TreeRemovalTest, goesOnlySoDeep) {
+    fs::path deep = folder_ / "tree";
+    for (int level = 0; level < 110; ++level)
+        deep /= "d";
+    fs::create_directories(deep);
+    EXPECT_EQ(removeTree(files_, at_.get(), "tree"), ENAMETOOLONG);
+    EXPECT_TRUE(fs::exists(deep));
+}
+
+TEST_F(TreeRemovalTest, aPrivateFolderIsNotRemovedForItsNameAlone) {
+    PrivateFolder own(files_);
+    ASSERT_EQ(own.make(at_.get()), 0);
+    fs::rename(folder_ / own.name(), folder_ / "aside");
+    fs::create_directory(folder_ / own.name());
+    const fs::path foreign = folder_ / own.name();
+    own.remove();
+    EXPECT_TRUE(fs::exists(foreign));
 }
 
 }  // namespace

@@ -129,7 +129,6 @@ TEST_F(UpdaterProcessTest, aYoungerProcessWithTheParentsNumberIsSomebodyElse) {
                          "while [ ! -e \"$0\" ]; do sleep 0.01; done; "
                          "exec \"$1\" --plan \"$2\" --parent-pid \"$(cat \"$0\")\"",
                          younger.string(), bench_.updater().string(), bench_.plan().string()};
-    bench_.patienceMs = 600'000;
     RunningUpdater updater(setting);
     auto stranger = std::make_unique<WaitingChild>();
     while (startOf(stranger->id()) <= startOf(updater.id()))
