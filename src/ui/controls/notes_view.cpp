@@ -64,7 +64,7 @@ void NotesView::recolor() {
 // Whole lines only: half of one at the lower edge is no sight.
 void NotesView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    const int line = QFontMetrics(reader_->font()).lineSpacing();
+    const int line = qMax(1, reader_->cursorRect().height());
     const int lines = qMax(1, (height() - 2 * padding) / line);
     reader_->setGeometry(padding, padding, width() - 2 * padding + scrollBarRoom, lines * line);
 }
