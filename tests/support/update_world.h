@@ -161,7 +161,10 @@ class UpdateWorld {
         signatures.byName["Running.app"].info = {"com.dovu.velmorandix", "TEAM123456"};
         signatures.byName["New.app"].info = {"com.dovu.velmorandix", "TEAM123456"};
         running.bundlePath = text(runningBundle);
-        running.info = {QStringLiteral("com.dovu.velmorandix"), QStringLiteral("1.9"), QStringLiteral("41")};
+        // One by one: with the thread sanitizer gcc 12 takes the parts of a whole for uninitialised.
+        running.info.identifier = QStringLiteral("com.dovu.velmorandix");
+        running.info.shortVersion = QStringLiteral("1.9");
+        running.info.version = QStringLiteral("41");
         running.systemVersion = QStringLiteral("14.5.0");
         info.version = QStringLiteral("1.10");
         info.build = QStringLiteral("42");
