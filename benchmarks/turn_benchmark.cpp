@@ -29,9 +29,11 @@
 #include "support/fake_pasteboard.h"
 #include "support/fake_sounds.h"
 #include "support/fake_system_settings.h"
+#include "support/update_world.h"
 #include "ui/lean_style.h"
 #include "ui/main_window.h"
 #include "ui/theme.h"
+#include "update/update_controller.h"
 
 namespace orlix {
 namespace {
@@ -217,7 +219,9 @@ struct Window {
                      }};
     AutomatchManager automatch{time, game, engines, sounds};
     PGNExporter exporter{dialogs, files, pasteboard};
-    MainWindow window{{game, loc, engines, automatch, exporter, theme, system, time}};
+    test::UpdateWorld updateWorld;
+    UpdateController updates{updateWorld.service(), time, [] {}};
+    MainWindow window{{game, loc, engines, automatch, exporter, theme, system, time}, updates};
 };
 
 void print(const char* what, std::vector<double> values) {
