@@ -1,7 +1,6 @@
 #include "l10n/sound_manager.h"
 
-#include <QMetaObject>
-
+#include "platform/post.h"
 #include "platform/sound_player.h"
 
 namespace orlix {
@@ -37,8 +36,7 @@ SoundManager::~SoundManager() = default;
 void SoundManager::play(SoundEffect effect) {
     // Muting is a question of the call, not of the moment at which the queued sound's turn comes.
     if (isMuted) return;
-    QMetaObject::invokeMethod(
-        this, [this, effect] { player_.play(systemSoundName(effect)); }, Qt::QueuedConnection);
+    post(this, [this, effect] { player_.play(systemSoundName(effect)); });
 }
 
 }  // namespace orlix

@@ -7,6 +7,7 @@
 #include "platform/file_dialogs.h"
 #include "platform/file_store.h"
 #include "platform/pasteboard.h"
+#include "platform/post.h"
 
 namespace orlix {
 
@@ -33,22 +34,19 @@ void PGNExporter::saveLater(const QString& title, const QString& fileExtension, 
                             const QString& defaultFileName, SaveCompletion completion) {
     const FileDialogs::SaveRequest request{title, defaultFileName, fileExtension};
     // Through the event loop, whichever thread asks: a panel never opens inside its caller.
-    QMetaObject::invokeMethod(
-        this,
-        [this, request, content, completion = std::move(completion)] {
-            dialogs_.save(
-                request, [self = QPointer(this), content, completion](const std::optional<QString>& path) {
-                    if (self == nullptr) return;
-                    // A failed write stays silent here on purpose: no message, no retry.
-                    auto outcome = SaveOutcome::cancelled;
-                    if (path) {
-                        outcome = self->files_.writeAtomically(*path, content.toUtf8()) ? SaveOutcome::saved
-                                                                                        : SaveOutcome::failed;
-                    }
-                    if (completion) completion(outcome);
-                });
-        },
-        Qt::QueuedConnection);
+    post(this, [this, request, content, completion = std::move(completion)] {
+        dialogs_.save(
+            request, [self = QPointer(this), content, completion](const std::optional<QString>& path) {
+                if (self == nullptr) return;
+                // A failed write stays silent here on purpose: no message, no retry.
+                auto outcome = SaveOutcome::cancelled;
+                if (path) {
+                    outcome = self->files_.writeAtomically(*path, content.toUtf8()) ? SaveOutcome::saved
+                                                                                    : SaveOutcome::failed;
+                }
+                if (completion) completion(outcome);
+            });
+    });
 }
 
 }  // namespace orlix

@@ -3,6 +3,7 @@
 #include <cassert>
 #include <utility>
 
+#include "platform/post.h"
 #include "update/update_error.h"
 #include "update/update_service.h"
 
@@ -59,11 +60,10 @@ void UpdateController::setPresented(bool isPresented) {
 // before it goes.
 template <class Work, class Done>
 void UpdateController::inBackground(Work work, Done done) {
-    threads_.start([this, work = std::move(work), done = std::move(done)] {
+    threads_.start(HandedOver([this, work = std::move(work), done = std::move(done)] {
         auto result = work();
-        QMetaObject::invokeMethod(
-            this, [done, result = std::move(result)] { done(result); }, Qt::QueuedConnection);
-    });
+        post(this, [done, result = std::move(result)] { done(result); });
+    }));
 }
 
 void UpdateController::handleLaunch() {

@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "support/environment_guard.h"
+#include "support/process_watch.h"
 
 namespace orlix {
 namespace {
@@ -65,13 +66,8 @@ class LoggingOutput : public SoundOutput {
     std::shared_ptr<OutputLog> log_;
 };
 
-int threadCount() {
-    return static_cast<int>(
-        QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
-}
-
 /// A thread left behind on purpose ends a moment after its last visible act.
-bool threadCountReturnsTo(int expected) {
+bool threadCountReturnsTo(qint64 expected) {
     const auto limit = std::chrono::steady_clock::now() + patience;
     while (threadCount() != expected) {
         if (std::chrono::steady_clock::now() > limit) return false;
@@ -107,7 +103,7 @@ TEST_F(LinuxSoundPlayerTest, soundsReachTheOutputInOrder) {
 }
 
 TEST_F(LinuxSoundPlayerTest, playsAgainAfterTheWorkerHasGone) {
-    const int threadsBefore = threadCount();
+    const qint64 threadsBefore = threadCount();
     const auto player = makePlayer();
     for (int round = 1; round <= 50; ++round) {
         player->play(QStringLiteral("Tink"));
@@ -127,7 +123,7 @@ TEST_F(LinuxSoundPlayerTest, unknownNamesAreSilence) {
 }
 
 TEST_F(LinuxSoundPlayerTest, unusedPlayerStartsNoThread) {
-    const int threadsBefore = threadCount();
+    const qint64 threadsBefore = threadCount();
     auto player = makePlayer();
     EXPECT_EQ(threadCount(), threadsBefore);
     player.reset();
@@ -136,7 +132,7 @@ TEST_F(LinuxSoundPlayerTest, unusedPlayerStartsNoThread) {
 }
 
 TEST_F(LinuxSoundPlayerTest, destructionClosesTheOutputAndLeavesNoThread) {
-    const int threadsBefore = threadCount();
+    const qint64 threadsBefore = threadCount();
     auto player = makePlayer();
     player->play(QStringLiteral("Hero"));
     ASSERT_TRUE(waitForSounds(1));
@@ -146,7 +142,7 @@ TEST_F(LinuxSoundPlayerTest, destructionClosesTheOutputAndLeavesNoThread) {
 }
 
 TEST_F(LinuxSoundPlayerTest, serverThatDoesNotAnswerHoldsUpNeitherPlayNorExit) {
-    const int threadsBefore = threadCount();
+    const qint64 threadsBefore = threadCount();
     auto player = makePlayer();
     log->setBlocked(true);
     player->play(QStringLiteral("Tink"));
@@ -164,7 +160,7 @@ TEST_F(LinuxSoundPlayerTest, serverThatDoesNotAnswerHoldsUpNeitherPlayNorExit) {
 }
 
 TEST_F(LinuxSoundPlayerTest, outputThatHangsWhileClosingDoesNotHoldUpExit) {
-    const int threadsBefore = threadCount();
+    const qint64 threadsBefore = threadCount();
     auto player = makePlayer();
     player->play(QStringLiteral("Tink"));
     ASSERT_TRUE(waitForSounds(1));
@@ -200,7 +196,7 @@ TEST(LinuxSounds, realPlayerWithoutADeviceIsSilentAndLeavesNoThread) {
         environment.unset(name);
     if (QDir(QStringLiteral("/dev/snd"), QStringLiteral("pcm*p"), QDir::NoSort, QDir::System).count() > 0)
         GTEST_SKIP() << "this machine would play the sounds";
-    const int threadsBefore = threadCount();
+    const qint64 threadsBefore = threadCount();
     ::testing::internal::CaptureStderr();
     {
         LinuxSoundPlayer player(soundFolder);
@@ -214,7 +210,7 @@ TEST(LinuxSounds, realPlayerWithoutADeviceIsSilentAndLeavesNoThread) {
 TEST(LinuxSounds, brokenDriverIsSilenceToo) {
     EnvironmentGuard environment;
     environment.set("CANBERRA_DRIVER", "no_such_driver");
-    const int threadsBefore = threadCount();
+    const qint64 threadsBefore = threadCount();
     {
         LinuxSoundPlayer player(soundFolder);
         for (const char* name : {"Tink", "Pop", "Morse", "Hero"})

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QString>
+#include <thread>
 
 namespace orlix {
 
@@ -29,7 +30,13 @@ inline QString processStatus(const QString& id, const QString& name) {
     return {};
 }
 
+/// Threads of this process. The first call starts one and waits for its end: with the first thread of a
+/// process a sanitizer starts one of its own, which is then in every count.
 inline qint64 threadCount() {
+    [[maybe_unused]] static const bool isFirst = [] {
+        std::thread([] {}).join();
+        return true;
+    }();
     const QString text = processStatus(QStringLiteral("self"), QStringLiteral("Threads"));
     return text.isEmpty() ? -1 : text.toLongLong();
 }

@@ -16,6 +16,7 @@
 #include "l10n/localization_manager.h"
 #include "platform/child_process.h"
 #include "platform/file_tests.h"
+#include "platform/post.h"
 #include "records/pgn_exporter.h"
 #include "support/event_pump.h"
 #include "support/fake_defaults_store.h"
@@ -110,12 +111,13 @@ class PuppetLauncher : public ProcessLauncher {
 
       private:
         void answer(const QByteArray& text) {
-            QMetaObject::invokeMethod(
-                qApp,
-                [engine = engine_, text] {
-                    if (!engine->isTerminated) engine->onOutput(text);
-                },
-                Qt::QueuedConnection);
+            post(qApp, [engine = engine_, text] {
+                {
+                    const std::lock_guard lock(mutex_);
+                    if (engine->isTerminated) return;
+                }
+                engine->onOutput(text);
+            });
         }
         PuppetLauncher& launcher_;
         std::shared_ptr<Engine> engine_;
@@ -127,7 +129,7 @@ class PuppetLauncher : public ProcessLauncher {
                                             : found->second;
     }
 
-    mutable std::mutex mutex_;
+    static inline std::mutex mutex_;  // one for all: an answer on its way may outlive its launcher
     std::vector<std::shared_ptr<Engine>> engines_;
 };
 

@@ -13,6 +13,8 @@
 #include <functional>
 #include <memory>
 
+#include "platform/post.h"
+
 namespace orlix {
 namespace {
 
@@ -203,7 +205,7 @@ QString QtHttpsTransport::lookUp(const QUrl& url, std::chrono::milliseconds limi
 void QtHttpsTransport::begin(QEventLoop& loop) {
     const std::lock_guard lock(mutex_);
     loops_.insert(&loop);
-    if (isCancelled_) QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+    if (isCancelled_) post(&loop, [&loop] { loop.quit(); });
 }
 
 void QtHttpsTransport::end(QEventLoop& loop) {
@@ -217,7 +219,7 @@ void QtHttpsTransport::cancel() {
     for (NameLookup* lookup : lookups_)
         lookup->cancel();
     for (QEventLoop* loop : loops_)
-        QMetaObject::invokeMethod(loop, &QEventLoop::quit, Qt::QueuedConnection);
+        post(loop, [loop] { loop->quit(); });
 }
 
 }  // namespace orlix

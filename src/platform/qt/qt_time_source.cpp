@@ -1,16 +1,17 @@
 #include "platform/qt/qt_time_source.h"
 
 #include <QCoreApplication>
-#include <QMetaObject>
 #include <QTimer>
 #include <utility>
+
+#include "platform/post.h"
 
 namespace orlix {
 namespace {
 
 // A posted event keeps its place among the other posted events; a zero timer would not.
 void queue(TimeSource::Action action) {
-    QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(action), Qt::QueuedConnection);
+    post(QCoreApplication::instance(), std::move(action));
 }
 
 // An action and the Qt object that calls it. The call runs on a copy of the shared part, so that the action
