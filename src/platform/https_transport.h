@@ -16,6 +16,11 @@ struct HttpResponse {
     bool isTooLong = false;
 };
 
+/// Whether a status code is one of success.
+inline bool isSuccess(int status) {
+    return status >= 200 && status <= 299;
+}
+
 class HttpsTransport {
   public:
     virtual ~HttpsTransport() = default;

@@ -21,10 +21,6 @@ constexpr std::chrono::seconds toolLimitAtTheEnd{3};
 
 UpdateService* registered = nullptr;
 
-bool isSuccess(int status) {
-    return status >= 200 && status <= 299;
-}
-
 NativeUpdateError refusal(NativeUpdateError::Case kind) {
     return NativeUpdateError(kind);
 }

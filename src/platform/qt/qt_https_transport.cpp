@@ -20,10 +20,6 @@ namespace {
 
 constexpr qint64 bufferSize = 256 * 1024;  // bytes that may wait to be read
 
-bool isSuccess(int status) {
-    return status >= 200 && status <= 299;
-}
-
 bool isRedirection(int status) {
     return status >= 300 && status <= 399;
 }
