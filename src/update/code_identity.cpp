@@ -12,19 +12,19 @@ std::optional<QString> text(const std::optional<std::string>& utf8) {
     return utf8 ? std::optional(QString::fromStdString(*utf8)) : std::nullopt;
 }
 
-NativeUpdateError invalid(const char* reason) {
-    return NativeUpdateError::invalidApplication(QString::fromLatin1(reason));
-}
-
 }  // namespace
 
 CodeIdentity codeIdentity(CodeSignatureReader& reader, const QString& bundlePath) {
     SignatureInfo signature;
     switch (reader.read(QFile::encodeName(bundlePath).toStdString(), {}, signature)) {
         case SignatureFault::none: return {text(signature.identifier), text(signature.teamIdentifier)};
-        case SignatureFault::unreadable: throw invalid("Could not read the code signature.");
-        case SignatureFault::invalid: throw invalid("Code signature validation failed.");
-        case SignatureFault::uninspectable: throw invalid("Could not inspect the signing identity.");
+        case SignatureFault::unreadable:
+            throw NativeUpdateError::invalidApplication(QStringLiteral("Could not read the code signature."));
+        case SignatureFault::invalid:
+            throw NativeUpdateError::invalidApplication(QStringLiteral("Code signature validation failed."));
+        case SignatureFault::uninspectable:
+            throw NativeUpdateError::invalidApplication(
+                QStringLiteral("Could not inspect the signing identity."));
     }
     return {};
 }

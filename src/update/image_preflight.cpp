@@ -10,19 +10,17 @@
 namespace orlix {
 namespace {
 
-NativeUpdateError invalid(const char* reason) {
-    return NativeUpdateError::invalidApplication(QString::fromLatin1(reason));
-}
-
 void inspectApplication(const QString& path, const UpdateInfo& info, const QString& identifier,
                         const QString& team, CodeSignatureReader& signatures) {
     const BundleInfo bundle = readBundleInfo(path).value_or(BundleInfo{});
     // Letter by letter: what the feed says is what the user was told.
     if (bundle.shortVersion != info.version || !info.build || bundle.version != info.build)
-        throw invalid("Version or build does not match the feed.");
+        throw NativeUpdateError::invalidApplication(
+            QStringLiteral("Version or build does not match the feed."));
     const CodeIdentity identity = codeIdentity(signatures, path);
     if (identity.signingIdentifier != identifier || identity.teamIdentifier != team)
-        throw invalid("Developer ID identity does not match the installed app.");
+        throw NativeUpdateError::invalidApplication(
+            QStringLiteral("Developer ID identity does not match the installed app."));
 }
 
 }  // namespace
