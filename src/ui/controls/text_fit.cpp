@@ -6,6 +6,21 @@
 
 namespace orlix {
 
+namespace {
+
+template <class Fits>
+QFont shrunk(const QFont& font, int minimumPixels, const Fits& fits) {
+    QFont smaller = font;
+    for (int pixels = QFontInfo(font).pixelSize(); pixels > minimumPixels; --pixels) {
+        smaller.setPixelSize(pixels);
+        if (fits(smaller)) return smaller;
+    }
+    smaller.setPixelSize(minimumPixels);
+    return smaller;
+}
+
+}  // namespace
+
 QString plainToolTip(const QString& text) {
     return Qt::mightBeRichText(text) ? QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped()) : text;
 }
@@ -15,14 +30,19 @@ QSizeF wrappedSize(const QString& text, const QFont& font, qreal width) {
 }
 
 QFont fittingFont(const QString& text, const QFont& font, const QSizeF& room, int minimumPixels) {
-    QFont fitting = font;
-    for (int pixels = QFontInfo(font).pixelSize(); pixels > minimumPixels; --pixels) {
-        fitting.setPixelSize(pixels);
-        const QSizeF needed = wrappedSize(text, fitting, room.width());
-        if (needed.width() <= room.width() && needed.height() <= room.height()) return fitting;
-    }
-    fitting.setPixelSize(minimumPixels);
-    return fitting;
+    return shrunk(font, minimumPixels, [&](const QFont& smaller) {
+        const QSizeF needed = wrappedSize(text, smaller, room.width());
+        return needed.width() <= room.width() && needed.height() <= room.height();
+    });
+}
+
+qreal lineWidth(const QFont& font, const QString& text) {
+    return QFontMetricsF(font).horizontalAdvance(text);
+}
+
+QFont fittingLineFont(const QString& text, const QFont& font, qreal width, int minimumPixels,
+                      WidthOf widthOf) {
+    return shrunk(font, minimumPixels, [&](const QFont& smaller) { return widthOf(smaller, text) <= width; });
 }
 
 }  // namespace orlix

@@ -31,6 +31,17 @@ QSizeF wrappedSize(const QString& text, const QFont& font, qreal width);
 /// under `minimumPixels`.
 QFont fittingFont(const QString& text, const QFont& font, const QSizeF& room, int minimumPixels);
 
+/// The width of `text` in `font`, in the way in which it is painted.
+using WidthOf = qreal (*)(const QFont& font, const QString& text);
+
+/// The width of `text` on one line, painted in one piece.
+qreal lineWidth(const QFont& font, const QString& text);
+
+/// `font`, made smaller pixel by pixel until `text` fits `width` on one line, but never under
+/// `minimumPixels`.
+QFont fittingLineFont(const QString& text, const QFont& font, qreal width, int minimumPixels,
+                      WidthOf widthOf = lineWidth);
+
 /// `text` as a tooltip that shows it letter by letter: Qt would read as markup what looks like it.
 QString plainToolTip(const QString& text);
 

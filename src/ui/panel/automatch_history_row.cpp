@@ -19,7 +19,7 @@ constexpr int topPadding = 5;
 constexpr int buttonSide = 28;
 constexpr int symbolSize = 18;
 constexpr int gap = 6;
-constexpr int smallestType = 9;
+constexpr int smallestType = 10;
 constexpr qreal selectedStrength = 0.16;
 constexpr qreal hoverStrength = 0.06;
 constexpr qreal badgeStrength = 0.08;
@@ -48,12 +48,7 @@ Places placesIn(const QRect& row, const QString& title) {
 }
 
 QFont fitted(const QString& text, TextStyle style, const QRectF& room) {
-    QFont font = Theme::font(style);
-    for (int pixels = font.pixelSize(); pixels > smallestType; --pixels) {
-        font.setPixelSize(pixels);
-        if (QFontMetricsF(font).horizontalAdvance(text) <= room.width()) break;
-    }
-    return font;
+    return fittingLineFont(text, Theme::font(style), room.width(), smallestType);
 }
 
 /// Both names on one line: each gets half of the room, or what the other one leaves of it.

@@ -1,6 +1,5 @@
 #include "ui/panel/figure_label.h"
 
-#include <QFontInfo>
 #include <QPainter>
 #include <QtMath>
 
@@ -9,7 +8,7 @@ namespace orlix {
 namespace {
 constexpr int symbolSize = 14;
 constexpr int gap = 4;
-constexpr int smallestType = 9;
+constexpr int smallestType = 10;
 }  // namespace
 
 FigureLabel::FigureLabel(TextStyle style, ColorRole role, Theme& theme, QWidget* parent)
@@ -59,12 +58,7 @@ QRectF FigureLabel::textRoom() const {
 }
 
 QFont FigureLabel::fittedFont() const {
-    QFont font = Theme::font(style_);
-    for (int pixels = QFontInfo(font).pixelSize(); pixels > smallestType; --pixels) {
-        font.setPixelSize(pixels);
-        if (tabularWidth(font, text_) <= textRoom().width()) break;
-    }
-    return font;
+    return fittingLineFont(text_, Theme::font(style_), textRoom().width(), smallestType, tabularWidth);
 }
 
 QList<ShownText> FigureLabel::shownTexts() const {
