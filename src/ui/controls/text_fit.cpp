@@ -22,7 +22,11 @@ QFont shrunk(const QFont& font, int minimumPixels, const Fits& fits) {
 }  // namespace
 
 QString plainToolTip(const QString& text) {
-    return Qt::mightBeRichText(text) ? QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped()) : text;
+    return Qt::mightBeRichText(text) ? wrappedToolTip(text) : text;
+}
+
+QString wrappedToolTip(const QString& text) {
+    return QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped());
 }
 
 QSizeF wrappedSize(const QString& text, const QFont& font, qreal width) {

@@ -44,5 +44,7 @@ QFont fittingLineFont(const QString& text, const QFont& font, qreal width, int m
 
 /// `text` as a tooltip that shows it letter by letter: Qt would read as markup what looks like it.
 QString plainToolTip(const QString& text);
+/// The same in several lines where one would be too long: Qt breaks the lines of markup only.
+QString wrappedToolTip(const QString& text);
 
 }  // namespace orlix

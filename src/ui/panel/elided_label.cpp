@@ -3,6 +3,8 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+#include "ui/controls/text_fit.h"
+
 namespace orlix {
 
 ElidedLabel::ElidedLabel(TextStyle style, ColorRole role, Theme& theme, QWidget* parent)
@@ -26,9 +28,7 @@ QString ElidedLabel::shownText() const {
 }
 
 void ElidedLabel::refreshToolTip() {
-    const QString tip = shownText() == text_ ? QString() : text_;
-    // A tooltip that looks like markup would be read as such.
-    setToolTip(tip.isEmpty() ? tip : QStringLiteral("<p>%1</p>").arg(tip.toHtmlEscaped()));
+    setToolTip(shownText() == text_ ? QString() : wrappedToolTip(text_));
 }
 
 QSize ElidedLabel::sizeHint() const {
