@@ -1,10 +1,11 @@
 #include "platform/linux/canberra_output.h"
 
 #include <canberra.h>
-#include <dlfcn.h>
 
 #include <QDir>
 #include <QFile>
+
+#include "platform/linux/loaded_library.h"
 
 namespace orlix {
 namespace {
@@ -19,21 +20,15 @@ struct Library {
     bool isLoaded() const { return create && destroy && changeProperties && play; }
 };
 
-template <typename Function>
-void resolve(void* handle, const char* name, Function& function) {
-    function = reinterpret_cast<Function>(dlsym(handle, name));
-}
-
 const Library& library() {
     // Never unloaded: the sound servers' own client libraries behind it do not survive that.
     static const Library loaded = [] {
+        const LoadedLibrary canberra("libcanberra.so.0");
         Library functions;
-        if (void* handle = dlopen("libcanberra.so.0", RTLD_NOW | RTLD_LOCAL)) {
-            resolve(handle, "ca_context_create", functions.create);
-            resolve(handle, "ca_context_destroy", functions.destroy);
-            resolve(handle, "ca_context_change_props", functions.changeProperties);
-            resolve(handle, "ca_context_play", functions.play);
-        }
+        canberra.find("ca_context_create", functions.create);
+        canberra.find("ca_context_destroy", functions.destroy);
+        canberra.find("ca_context_change_props", functions.changeProperties);
+        canberra.find("ca_context_play", functions.play);
         return functions;
     }();
     return loaded;

@@ -1,11 +1,11 @@
 // SHA-256 by libcrypto, which is loaded with the first digest: bound to the program, it would cost every
 // start a millisecond and most starts need none.
-#include <dlfcn.h>
 #include <openssl/evp.h>
 
 #include <stdexcept>
 
 #include "platform/hexadecimal.h"
+#include "platform/linux/loaded_library.h"
 #include "platform/sha256.h"
 
 namespace orlix {
@@ -23,22 +23,16 @@ struct Library {
     bool isLoaded() const { return newContext && freeContext && sha256 && init && update && finish; }
 };
 
-template <typename Function>
-void resolve(void* handle, const char* name, Function& function) {
-    function = reinterpret_cast<Function>(dlsym(handle, name));
-}
-
 const Library& library() {
     static const Library loaded = [] {
+        const LoadedLibrary crypto(ORLIX_LIBCRYPTO);
         Library functions;
-        if (void* handle = dlopen(ORLIX_LIBCRYPTO, RTLD_NOW | RTLD_LOCAL)) {
-            resolve(handle, "EVP_MD_CTX_new", functions.newContext);
-            resolve(handle, "EVP_MD_CTX_free", functions.freeContext);
-            resolve(handle, "EVP_sha256", functions.sha256);
-            resolve(handle, "EVP_DigestInit_ex", functions.init);
-            resolve(handle, "EVP_DigestUpdate", functions.update);
-            resolve(handle, "EVP_DigestFinal_ex", functions.finish);
-        }
+        crypto.find("EVP_MD_CTX_new", functions.newContext);
+        crypto.find("EVP_MD_CTX_free", functions.freeContext);
+        crypto.find("EVP_sha256", functions.sha256);
+        crypto.find("EVP_DigestInit_ex", functions.init);
+        crypto.find("EVP_DigestUpdate", functions.update);
+        crypto.find("EVP_DigestFinal_ex", functions.finish);
         return functions;
     }();
     return loaded;
