@@ -2,15 +2,12 @@
 
 #include <QDir>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QSettings>
-#include <QUuid>
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <stdexcept>
+
+#include "e2e/engine_registry.h"
 
 namespace orlix::e2e {
 
@@ -111,31 +108,13 @@ PlayedEngine PlayedApplication::recordedStockfish() {
 }
 
 void PlayedApplication::writeEngines(const QList<PlayedEngine>& engines) const {
-    QJsonArray registry;
+    QList<RegisteredEngine> registry;
     for (const PlayedEngine& engine : engines) {
         const QString script = home_.filePath(QStringLiteral("engine ") + engine.name);
-        QFile file(script);
-        if (!file.open(QIODevice::WriteOnly))
-            throw std::runtime_error("the engine's script cannot be written");
-        file.write("#!/bin/bash\ncd \"$(dirname \"$0\")\"\n" + engine.command.toUtf8() + '\n');
-        file.close();
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        registry.append(
-            QJsonObject{{QStringLiteral("id"), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()},
-                        {QStringLiteral("name"), engine.name},
-                        {QStringLiteral("executablePath"), script},
-                        {QStringLiteral("author"), QStringLiteral("its authors")},
-                        {QStringLiteral("skillLevel"), 20},
-                        {QStringLiteral("threads"), 1},
-                        {QStringLiteral("hashMB"), 16},
-                        {QStringLiteral("limitElo"), false},
-                        {QStringLiteral("elo"), 2000},
-                        {QStringLiteral("isBuiltIn"), false}});
+        writeEngineScript(script, "#!/bin/bash\ncd \"$(dirname \"$0\")\"\n" + engine.command.toUtf8() + '\n');
+        registry.append({engine.name, script});
     }
-    QSettings settings(home_.filePath(QStringLiteral(".config/velmorandix-orlix/defaults.ini")),
-                       QSettings::IniFormat);
-    settings.setValue(QStringLiteral("Velmorandix_InstalledEngines"),
-                      QJsonDocument(registry).toJson(QJsonDocument::Compact));
+    writeEngineRegistry(home_.path(), registry);
 }
 
 QStringList PlayedApplication::lines(const QString& log) const {

@@ -3,14 +3,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QSettings>
-#include <QUuid>
 #include <algorithm>
 #include <stdexcept>
 
+#include "e2e/engine_registry.h"
 #include "l10n/text_table.h"
 
 namespace orlix::e2e {
@@ -19,7 +15,6 @@ namespace {
 
 constexpr int windowLimitMs = 60000;
 constexpr int closeLimitMs = 30000;
-constexpr const char* registryKey = "Velmorandix_InstalledEngines";
 
 // A new fault at each start, in the same order in every run. The two engines are at different places of it,
 // so that games between them change partners.
@@ -144,48 +139,21 @@ void SoakedApplication::fail(const std::string& why) const {
 }
 
 void SoakedApplication::writeEngines(const QString& engine) {
-    QJsonArray records;
+    QList<RegisteredEngine> registry;
     int firstTurn = 0;
     for (const QString& name : {QStringLiteral("Moody One"), QStringLiteral("Moody Two")}) {
         const QString path = home_.filePath(name);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            throw std::runtime_error("an engine's script cannot be written");
-        file.write(QString::fromLatin1(engineScript).arg(QString::number(firstTurn), engine, name).toUtf8());
-        file.close();
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        writeEngineScript(
+            path, QString::fromLatin1(engineScript).arg(QString::number(firstTurn), engine, name).toUtf8());
         enginePaths_ << path;
         firstTurn += 7;
-        records.append(
-            QJsonObject{{QStringLiteral("id"), QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()},
-                        {QStringLiteral("name"), name},
-                        {QStringLiteral("executablePath"), path},
-                        {QStringLiteral("author"), QStringLiteral("Nobody")},
-                        {QStringLiteral("skillLevel"), 20},
-                        {QStringLiteral("threads"), 1},
-                        {QStringLiteral("hashMB"), 16},
-                        {QStringLiteral("limitElo"), false},
-                        {QStringLiteral("elo"), 2000},
-                        {QStringLiteral("isBuiltIn"), false}});
+        registry.append({name, path});
     }
-    QSettings settings(home_.filePath(QStringLiteral(".config/velmorandix-orlix/defaults.ini")),
-                       QSettings::IniFormat);
-    settings.setValue(QLatin1String(registryKey), QJsonDocument(records).toJson(QJsonDocument::Compact));
-}
-
-QStringList SoakedApplication::storedPaths() const {
-    const QSettings settings(home_.filePath(QStringLiteral(".config/velmorandix-orlix/defaults.ini")),
-                             QSettings::IniFormat);
-    const QByteArray json = settings.value(QLatin1String(registryKey)).toByteArray();
-    QStringList paths;
-    const QJsonArray records = QJsonDocument::fromJson(json).array();
-    for (const QJsonValue& record : records)
-        paths << record.toObject().value(QLatin1String("executablePath")).toString();
-    return paths;
+    writeEngineRegistry(home_.path(), registry);
 }
 
 QStringList SoakedApplication::missingEngines() const {
-    const QStringList stored = storedPaths();
+    const QStringList stored = registeredPaths(home_.path());
     QStringList missing;
     for (const QString& path : enginePaths_)
         if (!stored.contains(path)) missing << path;
@@ -193,7 +161,7 @@ QStringList SoakedApplication::missingEngines() const {
 }
 
 QList<int> SoakedApplication::engineRows() const {
-    const QStringList stored = storedPaths();
+    const QStringList stored = registeredPaths(home_.path());
     QList<int> rows;
     for (int row = 0; row < stored.size(); ++row)
         if (enginePaths_.contains(stored[row])) rows << row;
@@ -201,7 +169,7 @@ QList<int> SoakedApplication::engineRows() const {
 }
 
 int SoakedApplication::engineCount() const {
-    return static_cast<int>(storedPaths().size());
+    return static_cast<int>(registeredPaths(home_.path()).size());
 }
 
 void SoakedApplication::writeColors(bool isDark) const {

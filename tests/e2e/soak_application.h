@@ -89,7 +89,6 @@ class SoakedApplication {
     void writeColors(bool isDark) const;
     QRect findBoard() const;
     std::optional<AccessibleNode> pickerNode();
-    QStringList storedPaths() const;
 
     Desktop& desktop_;
     AccessibleTree& tree_;

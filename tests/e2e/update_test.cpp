@@ -13,6 +13,7 @@
 
 #include "e2e/accessible_tree.h"
 #include "e2e/desktop.h"
+#include "e2e/engine_registry.h"
 #include "e2e/played_application.h"
 #include "support/disk_image_tool.h"
 #include "support/https_server.h"
@@ -92,8 +93,7 @@ class UpdateByHand : public ::testing::Test {
 
     // The look at the feed of a later start would take the place of what is shown then.
     static void stopLookingAtLaunch(const PlayedApplication& application) {
-        QFile file(
-            QDir(application.home()).filePath(QStringLiteral(".config/velmorandix-orlix/defaults.ini")));
+        QFile file(defaultsFile(application.home()));
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));
         QByteArray defaults = file.readAll();
         defaults.replace("[General]\n", "[General]\nvelmorandix_orlix_update_check_at_launch=false\n");
