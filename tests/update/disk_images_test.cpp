@@ -7,28 +7,15 @@
 #include "platform/posix/posix_tool_runner.h"
 #include "support/disk_image_tool.h"
 #include "support/temporary_folder.h"
-#include "update/update_error.h"
+#include "support/update_world.h"
 
 namespace orlix {
 namespace {
 
 namespace fs = std::filesystem;
+using test::complaintOf;
+using test::text;
 using ::testing::ElementsAre;
-
-QString text(const fs::path& path) {
-    return QString::fromStdString(path.string());
-}
-
-// What an action throws, as the user reads it; empty when it throws nothing.
-template <class Action>
-QString complaintOf(const Action& action) {
-    try {
-        action();
-    } catch (const UpdateError& error) {
-        return error.errorDescription();
-    }
-    return {};
-}
 
 class DiskImagesTest : public ::testing::Test {
   protected:
