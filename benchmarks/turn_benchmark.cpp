@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <ctime>
 #include <mutex>
-#include <random>
 #include <thread>
 
 #include "automatch/automatch_manager.h"
@@ -22,6 +21,7 @@
 #include "platform/child_process.h"
 #include "platform/qt/qt_time_source.h"
 #include "records/pgn_exporter.h"
+#include "support/endless_game.h"
 #include "support/fake_defaults_store.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_file_store.h"
@@ -172,24 +172,6 @@ class PromptEngines final : public ProcessLauncher {
     std::thread thread_;
 };
 
-/// A game of so many plies that does not end with them.
-std::vector<std::string> endlessGame(std::size_t plies) {
-    std::mt19937 random(20261121);
-    ChessBoard board;
-    std::vector<std::string> moves;
-    while (moves.size() < plies) {
-        std::vector<ChessBoard> next;
-        for (const Move& move : board.generateLegalMoves()) {
-            ChessBoard after = board;
-            after.play(move);
-            if (!after.isGameOver()) next.push_back(std::move(after));
-        }
-        board = next.at(random() % next.size());
-        moves.push_back(board.history.back().move.uciString());
-    }
-    return moves;
-}
-
 struct Window {
     Window(TimeSource& timeSource, ProcessLauncher& launcher) : time(timeSource), engineLauncher(launcher) {
         EngineConfiguration engine;
@@ -240,7 +222,7 @@ int run(std::size_t plies) {
     Turn turn;
     std::vector<Turn> finished;
     NotingTimeSource time(turn);
-    PromptEngines engines(turn, endlessGame(plies), finished);
+    PromptEngines engines(turn, test::endlessGame(plies), finished);
     Window shown(time, engines);
     shown.game.startNewGame();
     const double start = Moment::now().processorMs;

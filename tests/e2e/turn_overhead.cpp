@@ -4,11 +4,10 @@
 #include <QFile>
 #include <algorithm>
 #include <map>
-#include <random>
 #include <stdexcept>
 
-#include "core/chess_board.h"
 #include "e2e/played_application.h"
+#include "support/endless_game.h"
 
 namespace orlix::e2e {
 
@@ -19,22 +18,11 @@ constexpr int mostMsAMove = 5000;
 constexpr double pauseMs = 200;
 constexpr int firstMovesLeftOut = 4;  // the window still settles from the start of the game
 
-/// A game of so many plies that does not end with them, one word with commas between the moves.
-QString endlessGame(int plies) {
-    std::mt19937 random(20261121);
-    ChessBoard board;
+/// One word with commas between the moves.
+QString gameOf(int plies) {
     QStringList moves;
-    while (moves.size() < plies) {
-        std::vector<ChessBoard> next;
-        for (const Move& move : board.generateLegalMoves()) {
-            ChessBoard after = board;
-            after.play(move);
-            if (!after.isGameOver()) next.push_back(std::move(after));
-        }
-        if (next.empty()) throw std::runtime_error("the game comes to an end");
-        board = next[random() % next.size()];
-        moves << QString::fromStdString(board.history.back().move.uciString());
-    }
+    for (const std::string& move : test::endlessGame(static_cast<std::size_t>(plies)))
+        moves << QString::fromStdString(move);
     return moves.join(u',');
 }
 
@@ -72,7 +60,7 @@ std::map<int, Times> timesIn(const QString& path) {
 TurnOverhead measureTurnOverhead(Desktop& desktop, AccessibleTree& tree, const QString& program, int plies) {
     const QList<PlayedEngine> engines{
         {QStringLiteral("Prompt"),
-         QStringLiteral("exec '" ORLIX_SCRIPTED_ENGINE "' --times=times --game=") + endlessGame(plies)}};
+         QStringLiteral("exec '" ORLIX_SCRIPTED_ENGINE "' --times=times --game=") + gameOf(plies)}};
     // The clicks are found by accessible names in one run and repeated in the one that is measured.
     {
         PlayedApplication application(desktop, tree, program, engines);
