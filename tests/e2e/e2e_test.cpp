@@ -1,7 +1,6 @@
 // The installed program, from its first picture to its last process, with a real engine at the other side.
 #include <gmock/gmock.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -71,9 +70,3 @@ TEST_F(InstalledProgram, playsAGameByMouseAgainstStockfishSavesItAndLeavesNothin
 
 }  // namespace
 }  // namespace orlix::e2e
-
-int main(int argc, char** argv) {
-    ::testing::InitGoogleMock(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

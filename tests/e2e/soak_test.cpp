@@ -1,8 +1,6 @@
 // The program under two minutes of restless use with misbehaving engines, and what the judge of it sees.
 #include <gmock/gmock.h>
 
-#include <QCoreApplication>
-
 #include "e2e/soak.h"
 
 namespace orlix::e2e {
@@ -70,9 +68,3 @@ TEST(Program, survivesTwoMinutesOfRestlessUse) {
 
 }  // namespace
 }  // namespace orlix::e2e
-
-int main(int argc, char** argv) {
-    ::testing::InitGoogleMock(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

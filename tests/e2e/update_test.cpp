@@ -2,7 +2,6 @@
 // updater as bundles would hold them, an HTTPS server, and a user who clicks one button.
 #include <gmock/gmock.h>
 
-#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -172,9 +171,3 @@ TEST_F(UpdateByHand, anUpdateThatFailsBringsTheOldVersionBackWhichSaysWhy) {
 
 }  // namespace
 }  // namespace orlix::e2e
-
-int main(int argc, char** argv) {
-    ::testing::InitGoogleMock(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

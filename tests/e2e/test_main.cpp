@@ -1,0 +1,10 @@
+// The main function of the tests here: they drive windows and have none.
+#include <gmock/gmock.h>
+
+#include <QCoreApplication>
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleMock(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
