@@ -4,6 +4,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "engine/json_values.h"
+
 namespace orlix {
 namespace {
 
@@ -23,34 +25,14 @@ constexpr QLatin1String movesUCIKey("movesUCI");
 constexpr QLatin1String pgnKey("pgn");
 constexpr QLatin1String timestampKey("timestamp");
 
-bool read(const QJsonValue& value, QString& out) {
-    out = value.toString();
-    return value.isString();
-}
+using orlix::readValue;
 
-bool read(const QJsonValue& value, bool& out) {
-    out = value.toBool();
-    return value.isBool();
-}
-
-bool read(const QJsonValue& value, qint64& out) {
-    // A number that is not whole or does not fit gives back the fallback: two fallbacks tell it from a value.
-    out = value.toInteger(0);
-    return value.isDouble() && value.toInteger(1) == out;
-}
-
-bool read(const QJsonValue& value, Uuid& out) {
-    const std::optional<Uuid> id = Uuid::fromText(value.toString().toStdString());
-    if (id) out = *id;
-    return id.has_value();
-}
-
-bool read(const QJsonValue& value, QDateTime& out) {
+bool readValue(const QJsonValue& value, QDateTime& out) {
     out = QDateTime::fromString(value.toString(), Qt::ISODateWithMs).toUTC();
     return out.isValid();
 }
 
-bool read(const QJsonValue& value, QStringList& out) {
+bool readValue(const QJsonValue& value, QStringList& out) {
     const QJsonArray array = value.toArray();
     for (const QJsonValue element : array) {
         if (!element.isString()) return false;
@@ -60,21 +42,23 @@ bool read(const QJsonValue& value, QStringList& out) {
 }
 
 template <typename Value>
-bool read(const QJsonValue& value, std::optional<Value>& out) {
+bool readValue(const QJsonValue& value, std::optional<Value>& out) {
     if (value.isUndefined() || value.isNull()) return true;
-    return read(value, out.emplace());
+    return readValue(value, out.emplace());
 }
 
 bool read(const QJsonObject& object, AutomatchGameRecord& out) {
-    return read(object[idKey], out.id) && read(object[gameNumberKey], out.gameNumber) &&
-           read(object[whiteEngineNameKey], out.whiteEngineName) &&
-           read(object[blackEngineNameKey], out.blackEngineName) &&
-           read(object[whiteIsEngine1Key], out.whiteIsEngine1) &&
-           read(object[whiteEngineEloKey], out.whiteEngineElo) &&
-           read(object[blackEngineEloKey], out.blackEngineElo) && read(object[resultKey], out.result) &&
-           read(object[winnerEngineNameKey], out.winnerEngineName) && read(object[reasonKey], out.reason) &&
-           read(object[movesCountKey], out.movesCount) && read(object[movesUCIKey], out.movesUCI) &&
-           read(object[pgnKey], out.pgn) && read(object[timestampKey], out.timestamp);
+    return readValue(object[idKey], out.id) && readValue(object[gameNumberKey], out.gameNumber) &&
+           readValue(object[whiteEngineNameKey], out.whiteEngineName) &&
+           readValue(object[blackEngineNameKey], out.blackEngineName) &&
+           readValue(object[whiteIsEngine1Key], out.whiteIsEngine1) &&
+           readValue(object[whiteEngineEloKey], out.whiteEngineElo) &&
+           readValue(object[blackEngineEloKey], out.blackEngineElo) &&
+           readValue(object[resultKey], out.result) &&
+           readValue(object[winnerEngineNameKey], out.winnerEngineName) &&
+           readValue(object[reasonKey], out.reason) && readValue(object[movesCountKey], out.movesCount) &&
+           readValue(object[movesUCIKey], out.movesUCI) && readValue(object[pgnKey], out.pgn) &&
+           readValue(object[timestampKey], out.timestamp);
 }
 
 template <typename Value>

@@ -7,6 +7,8 @@
 #include <QJsonParseError>
 #include <string>
 
+#include "engine/json_values.h"
+
 namespace orlix {
 namespace {
 
@@ -22,38 +24,15 @@ constexpr QLatin1String limitEloKey("limitElo");
 constexpr QLatin1String eloKey("elo");
 constexpr QLatin1String isBuiltInKey("isBuiltIn");
 
-bool read(const QJsonValue& value, QString& out) {
-    out = value.toString();
-    return value.isString();
-}
-
-bool read(const QJsonValue& value, bool& out) {
-    out = value.toBool();
-    return value.isBool();
-}
-
-bool read(const QJsonValue& value, qint64& out) {
-    // A number that is not whole or does not fit gives back the fallback: two fallbacks tell it from a value.
-    out = value.toInteger(0);
-    return value.isDouble() && value.toInteger(1) == out;
-}
-
-bool read(const QJsonValue& value, Uuid& out) {
-    QString text;
-    if (!read(value, text)) return false;
-    const std::optional<Uuid> id = Uuid::fromText(text.toStdString());
-    if (id) out = *id;
-    return id.has_value();
-}
-
 bool read(const QJsonValue& value, EngineConfiguration& out) {
     if (!value.isObject()) return false;
     const QJsonObject object = value.toObject();
-    return read(object[idKey], out.id) && read(object[nameKey], out.name) &&
-           read(object[executablePathKey], out.executablePath) && read(object[authorKey], out.author) &&
-           read(object[skillLevelKey], out.skillLevel) && read(object[threadsKey], out.threads) &&
-           read(object[hashMBKey], out.hashMB) && read(object[limitEloKey], out.limitElo) &&
-           read(object[eloKey], out.elo) && read(object[isBuiltInKey], out.isBuiltIn);
+    return readValue(object[idKey], out.id) && readValue(object[nameKey], out.name) &&
+           readValue(object[executablePathKey], out.executablePath) &&
+           readValue(object[authorKey], out.author) && readValue(object[skillLevelKey], out.skillLevel) &&
+           readValue(object[threadsKey], out.threads) && readValue(object[hashMBKey], out.hashMB) &&
+           readValue(object[limitEloKey], out.limitElo) && readValue(object[eloKey], out.elo) &&
+           readValue(object[isBuiltInKey], out.isBuiltIn);
 }
 
 QJsonObject jsonObject(const EngineConfiguration& engine) {
