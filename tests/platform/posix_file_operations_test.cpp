@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <signal.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -118,6 +117,30 @@ TEST_F(PosixFileOperationsTest, statusTellsAboutTheLinkItself) {
     EXPECT_EQ(destination, "/etc/passwd");
     EXPECT_EQ(files_.readLink(here(), "nothing", destination), ENOENT);
     EXPECT_EQ(files_.statusOf(here(), "nothing", status), ENOENT);
+}
+
+TEST_F(PosixFileOperationsTest, statusTellsVolumesApart) {
+    // Every system mounts its devices.
+    UniqueFd root;
+    UniqueFd devices;
+    FileStatus rootStatus;
+    FileStatus named;
+    FileStatus opened;
+    ASSERT_EQ(files_.openKnownFolder("/", root), 0);
+    ASSERT_EQ(files_.status(root.get(), rootStatus), 0);
+    ASSERT_EQ(files_.statusOf(root.get(), "dev", named), 0);
+    ASSERT_EQ(files_.openFolder(root.get(), "dev", devices), 0);
+    ASSERT_EQ(files_.status(devices.get(), opened), 0);
+    EXPECT_NE(named.device, rootStatus.device);
+    EXPECT_TRUE(named.isSameFile(opened));
+}
+
+TEST_F(PosixFileOperationsTest, aDeviceIsNoFileAndNoFolder) {
+    UniqueFd devices;
+    FileStatus status;
+    ASSERT_EQ(files_.openKnownFolder("/dev", devices), 0);
+    ASSERT_EQ(files_.statusOf(devices.get(), "null", status), 0);
+    EXPECT_EQ(status.kind, FileKind::other);
 }
 
 TEST_F(PosixFileOperationsTest, statusTellsSetIdBits) {

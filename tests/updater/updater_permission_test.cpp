@@ -1,12 +1,14 @@
 // The updater as a process that may not do everything: plans that it must not believe, places that it cannot
-// write to. What takes root is skipped without it.
+// write to. Run by root it also becomes other users.
 #include <gmock/gmock.h>
 #include <grp.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <memory>
 
 #include "support/waiting_child.h"
@@ -42,6 +44,7 @@ class UpdaterPermissionTest : public ::testing::Test {
         EXPECT_THAT(bench_.leftovers(), IsEmpty());
         EXPECT_FALSE(bench_.imageTool.isAttached());
     }
+    static bool isRoot() { return geteuid() == 0; }
     // The run takes place as another user, to whom everything belongs but what a test takes back.
     static bool becomeOtherUser() {
         return setgroups(0, nullptr) == 0 && setgid(otherUser) == 0 && setuid(otherUser) == 0;
@@ -54,9 +57,24 @@ class UpdaterPermissionTest : public ::testing::Test {
     // For the process that calls it, and no other, the folder can be read only.
     static bool makeReadOnly(const fs::path& folder) {
         const char* const path = folder.c_str();
-        return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+        struct statvfs volume {};
+        if (statvfs(path, &volume) != 0) return false;
+        // What keeps a plain user from doing more there has to stay.
+        const unsigned long kept = volume.f_flag & (MS_NOSUID | MS_NODEV | MS_NOEXEC);
+        return leaveNamespaces() && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
                mount(path, path, nullptr, MS_BIND, nullptr) == 0 &&
-               mount(nullptr, path, nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+               mount(nullptr, path, nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY | kept, nullptr) == 0;
+    }
+    // A plain user may mount in a namespace of users of their own, where the system has such.
+    static bool leaveNamespaces() {
+        if (isRoot()) return unshare(CLONE_NEWNS) == 0;
+        const std::string user = std::to_string(geteuid());
+        const std::string group = std::to_string(getegid());
+        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/uid_map") << user << ' ' << user << " 1";
+        std::ofstream("/proc/self/gid_map") << group << ' ' << group << " 1";
+        return std::to_string(geteuid()) == user;
     }
     static bool canMount() {
         const test::TemporaryFolder folder;
@@ -92,14 +110,17 @@ TEST_F(UpdaterPermissionTest, aPlanThatOthersMayWriteToIsNotBelieved) {
 }
 
 TEST_F(UpdaterPermissionTest, aPlanOfAnotherUserIsNotBelieved) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root gives files away";
-    ASSERT_EQ(lchown(bench_.plan().c_str(), otherUser, otherUser), 0);
-    expectFailure(unusable_ + "it belongs to another user.");
-    giveAway();
-    ASSERT_EQ(lchown(bench_.plan().c_str(), 0, 0), 0);
-    ASSERT_EQ(chmod(bench_.plan().c_str(), 0644), 0);
     RunningUpdater::Setting setting = bench_.setting(WaitingChild().id());
-    setting.before = becomeOtherUser;
+    if (isRoot()) {
+        ASSERT_EQ(lchown(bench_.plan().c_str(), otherUser, otherUser), 0);
+        expectFailure(unusable_ + "it belongs to another user.");
+        giveAway();
+        ASSERT_EQ(lchown(bench_.plan().c_str(), 0, 0), 0);
+        ASSERT_EQ(chmod(bench_.plan().c_str(), 0644), 0);
+        setting.before = becomeOtherUser;
+    } else {
+        setting.arguments.at(1) = "/etc/passwd";
+    }
     RunningUpdater updater(setting);
     EXPECT_EQ(updater.waitForEnd(), 1);
     EXPECT_EQ(bench_.message(), unusable_ + "it belongs to another user.");
@@ -107,10 +128,11 @@ TEST_F(UpdaterPermissionTest, aPlanOfAnotherUserIsNotBelieved) {
 }
 
 TEST_F(UpdaterPermissionTest, installsAsAnyUserWhatIsTheirs) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root becomes somebody else";
-    giveAway();
     RunningUpdater::Setting setting = bench_.setting(WaitingChild().id());
-    setting.before = becomeOtherUser;
+    if (isRoot()) {
+        giveAway();
+        setting.before = becomeOtherUser;
+    }
     RunningUpdater updater(setting);
     EXPECT_EQ(updater.waitForEnd(), 0);
     EXPECT_TRUE(bench_.isNewInstalled());
@@ -118,15 +140,20 @@ TEST_F(UpdaterPermissionTest, installsAsAnyUserWhatIsTheirs) {
 }
 
 TEST_F(UpdaterPermissionTest, afterAnAdministratorsFolderTheOldApplicationRunsAgain) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root becomes somebody else";
-    giveAway();
-    ASSERT_EQ(lchown(bench_.target().parent_path().c_str(), 0, 0), 0);
+    const fs::path folder = bench_.target().parent_path();
+    if (isRoot()) {
+        giveAway();
+        ASSERT_EQ(lchown(folder.c_str(), 0, 0), 0);
+    } else {
+        fs::permissions(folder, fs::perms::owner_write, fs::perm_options::remove);
+    }
     expectFailure(failed_ + "no folder could be made beside the installed application: Permission denied.",
-                  becomeOtherUser);
+                  isRoot() ? becomeOtherUser : std::function<bool()>());
+    fs::permissions(folder, fs::perms::owner_write, fs::perm_options::add);
 }
 
 TEST_F(UpdaterPermissionTest, afterAReadOnlyVolumeTheOldApplicationRunsAgain) {
-    if (!canMount()) GTEST_SKIP() << "mounting takes root";
+    if (!canMount()) GTEST_SKIP() << "this user mounts nothing";
     const fs::path folder = bench_.target().parent_path();
     expectFailure(
         failed_ + "no folder could be made beside the installed application: Read-only file system.",
@@ -134,7 +161,7 @@ TEST_F(UpdaterPermissionTest, afterAReadOnlyVolumeTheOldApplicationRunsAgain) {
 }
 
 TEST_F(UpdaterPermissionTest, aResultThatCannotBeWrittenKeepsTheApplicationFromNothing) {
-    if (!canMount()) GTEST_SKIP() << "mounting takes root";
+    if (!canMount()) GTEST_SKIP() << "this user mounts nothing";
     RunningUpdater::Setting setting = bench_.setting(WaitingChild().id());
     setting.before = [&] { return makeReadOnly(bench_.folder / "support"); };
     RunningUpdater updater(setting);
