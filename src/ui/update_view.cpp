@@ -254,7 +254,8 @@ void UpdateView::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), theme_.color(ColorRole::panel));
     if (hasSheetsOfItsOwn()) return;
     painter.setPen(theme_.hairlineOn(theme_.color(ColorRole::panel)));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    // Along the middle of the outermost pixel, so that it is whole on dense screens too.
+    painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
 }
 
 }  // namespace orlix

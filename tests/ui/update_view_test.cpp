@@ -436,5 +436,24 @@ TEST_F(UpdateViewTest, theMenuCommandDoesNothingWhileASilentCheckRuns) {
     EXPECT_EQ(server().begun, 1);
 }
 
+TEST_F(UpdateViewTest, itsHairlineIsTheOutermostPixelOfEverySideAtEveryPixelRatio) {
+    beUpToDate();
+    const QRgb line = theme.hairlineOn(theme.color(ColorRole::panel)).rgb();
+    for (const int ratio : {1, 2, 3}) {
+        QImage picture(sheet()->size() * ratio, QImage::Format_RGB32);
+        picture.setDevicePixelRatio(ratio);
+        sheet()->render(&picture, {}, {}, QWidget::DrawWindowBackground);
+        const QPoint last(picture.width() - 1, picture.height() - 1);
+        for (int depth = 0; depth < ratio; ++depth) {
+            EXPECT_EQ(picture.pixel(depth, last.y() / 2), line) << ratio;
+            EXPECT_EQ(picture.pixel(last.x() - depth, last.y() / 2), line) << ratio;
+            EXPECT_EQ(picture.pixel(last.x() / 2, depth), line) << ratio;
+            EXPECT_EQ(picture.pixel(last.x() / 2, last.y() - depth), line) << ratio;
+        }
+        EXPECT_NE(picture.pixel(ratio, last.y() / 2), line) << ratio;
+        EXPECT_NE(picture.pixel(last.x() - ratio, last.y() / 2), line) << ratio;
+    }
+}
+
 }  // namespace
 }  // namespace orlix::test
