@@ -196,5 +196,21 @@ TEST_F(AutomatchScoreboardTest, theSchemeSwitchesLive) {
     EXPECT_LT(brightShare(dark), 0.06);
 }
 
+TEST_F(AutomatchScoreboardTest, bothSidesStandInFullSizeInEveryLanguage) {
+    startSeries();
+    automatch->setEngine2Limit(true, 1800);
+    for (const Language language : allLanguages) {
+        loc->setCurrentLanguage(language);
+        int count = 0;
+        for (const ShownText& shown : figures()->shownTexts()) {
+            if (!shown.text.contains(QStringLiteral("ELO"))) continue;
+            ++count;
+            EXPECT_EQ(shown.needed, wrappedSize(shown.text, Theme::font(TextStyle::caption), 10000))
+                << utf8(shown.text);
+        }
+        EXPECT_EQ(count, 2);
+    }
+}
+
 }  // namespace
 }  // namespace orlix::test

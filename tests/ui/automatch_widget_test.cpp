@@ -107,6 +107,19 @@ TEST_F(AutomatchWidgetTest, nothingMovesWhenTheCountdownComesAndGoes) {
     EXPECT_EQ(panel->findChild<MoveListView*>()->geometry(), moves);
 }
 
+TEST_F(AutomatchWidgetTest, captionsStandInFullSizeInEveryLanguage) {
+    watchSeries();
+    for (const Language language : allLanguages) {
+        loc->setCurrentLanguage(language);
+        QCoreApplication::sendPostedEvents();
+        for (const ShownText& shown : figures()->shownTexts()) {
+            if (!figures()->captions().contains(shown.text)) continue;
+            EXPECT_EQ(shown.needed, wrappedSize(shown.text, Theme::font(TextStyle::caption), 10000))
+                << utf8(shown.text);
+        }
+    }
+}
+
 TEST_F(AutomatchWidgetTest, stopStopsTheSeries) {
     watchSeries();
     EXPECT_EQ(find<PanelButton>("widgetStop")->label(), QStringLiteral("Stop Match"));

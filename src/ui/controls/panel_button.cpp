@@ -27,7 +27,7 @@ Measures measures(PanelButton::Look look, PanelButton::Arrangement arrangement) 
             return isColumn ? Measures{2, 6, 36, 18, 3, 9} : Measures{12, 8, 40, 18, 8, 10};
         case PanelButton::Look::secondary:
             return isColumn ? Measures{2, 6, 36, 18, 3, 9} : Measures{12, 6, 36, 18, 8, 10};
-        case PanelButton::Look::onCard: return {4, 6, 34, 16, 6, 9};
+        case PanelButton::Look::onCard: return {8, 6, 34, 16, 6, 9};
         case PanelButton::Look::destructive: return {2, 6, 36, 18, 3, 9};
         case PanelButton::Look::tab: return {2, 6, 58, 20, 3, 9};
         case PanelButton::Look::segment: return {5, 5, 30, 16, 5, 10};
@@ -154,6 +154,14 @@ int PanelButton::columnHeight(int width) const {
     return m.symbolSize + m.gap + qCeil(wrappedSize(label_, font, room).height());
 }
 
+int PanelButton::widthFor(const QString& label) const {
+    return qCeil(naturalSize(label, 10000).width()) + 2 * measures(look_, arrangement_).horizontalPadding;
+}
+
+int PanelButton::leastWidth() const {
+    return qCeil(naturalSize(label_, 1).width()) + 2 * measures(look_, arrangement_).horizontalPadding;
+}
+
 void PanelButton::setElided(bool isElided) {
     isElided_ = isElided;
     update();
@@ -193,21 +201,25 @@ QList<ShownText> PanelButton::shownTexts() const {
     return {{label_, wrappedSize(label_, labelFont(), room.width()), room}};
 }
 
-QSize PanelButton::sizeHint() const {
+QSizeF PanelButton::naturalSize(const QString& label, qreal width) const {
     const Measures m = measures(look_, arrangement_);
     const QFont font = typeface(look_, arrangement_, isMeasuredStrong(look_, arrangement_));
-    QSizeF label = wrappedSize(label_, font, 10000);
-    qreal width = label.width();
-    qreal height = label.height();
+    QSizeF size = wrappedSize(label, font, width);
     if (symbol_ && arrangement_ == Arrangement::row) {
-        width += m.symbolSize + m.gap;
-        height = qMax<qreal>(height, m.symbolSize);
+        size.rwidth() += m.symbolSize + m.gap;
+        size.setHeight(qMax<qreal>(size.height(), m.symbolSize));
     } else if (symbol_) {
-        width = qMax<qreal>(width, m.symbolSize);
-        height += m.symbolSize + m.gap;
+        size.setWidth(qMax<qreal>(size.width(), m.symbolSize));
+        size.rheight() += m.symbolSize + m.gap;
     }
-    return {qCeil(width) + 2 * m.horizontalPadding,
-            qMax(m.minimumHeight, qCeil(height) + 2 * m.verticalPadding)};
+    return size;
+}
+
+QSize PanelButton::sizeHint() const {
+    const Measures m = measures(look_, arrangement_);
+    const QSizeF natural = naturalSize(label_, 10000);
+    return {qCeil(natural.width()) + 2 * m.horizontalPadding,
+            qMax(m.minimumHeight, qCeil(natural.height()) + 2 * m.verticalPadding)};
 }
 
 QSize PanelButton::minimumSizeHint() const {

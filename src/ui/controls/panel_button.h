@@ -36,6 +36,10 @@ class PanelButton : public ControlButton, public ShowsText {
     void setSharedHeight(int height);
     /// How high symbol and label of a column are together at this width of the button.
     int columnHeight(int width) const;
+    /// How wide it has to be for `label` on one line in full size.
+    int widthFor(const QString& label) const;
+    /// How wide it has to be for its label in full size, with lines broken between words.
+    int leastWidth() const;
     /// Shortens a label that is too long instead of breaking and shrinking it: for names that users give.
     void setElided(bool isElided);
 
@@ -56,6 +60,8 @@ class PanelButton : public ControlButton, public ShowsText {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    /// Symbol and label in full size, the label's lines broken at `width`.
+    QSizeF naturalSize(const QString& label, qreal width) const;
     QFont labelFont() const;
     QRectF content() const;
     QRectF labelRoom() const;

@@ -73,18 +73,21 @@ void AutomatchScoreFigures::appendSide(QList<Line>& lines, bool isFirst) const {
     const qreal left = isFirst ? 0 : width() - breadth;
     const Qt::Alignment alignment = (isFirst ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter;
     const qint64 wins = isFirst ? values_.score.wins : values_.score.losses;
-    const auto add = [&](const QString& text, qreal top, int height, TextStyle style, ColorRole role) {
-        const QRectF room(left, top, breadth, height);
+    const auto add = [&](const QString& text, const QRectF& room, TextStyle style, ColorRole role) {
         lines.append(
             {text, room, fittingFont(text, Theme::font(style), room.size(), smallestType), role, alignment});
     };
     const QRectF nameRoom(left, 0, breadth, nameHeight);
     lines.append({isFirst ? values_.engine1 : values_.engine2, nameRoom, Theme::font(TextStyle::body),
                   ColorRole::secondary, alignment, true});
-    add(pointsText(wins, values_.score.draws), nameHeight, pointsHeight, TextStyle::title, ColorRole::text);
+    add(pointsText(wins, values_.score.draws), QRectF(left, nameHeight, breadth, pointsHeight),
+        TextStyle::title, ColorRole::text);
+    // The draws have no caption below: both sides' have half of the line.
+    const qreal half = 0.5 * width() - sideGap;
+    const QRectF captionRoom(isFirst ? 0 : width() - half, nameHeight + pointsHeight, half, captionHeight);
     add(winsCaption_ + u' ' + number(wins) + QStringLiteral(" · ") +
             (isFirst ? values_.engine1Cap : values_.engine2Cap),
-        nameHeight + pointsHeight, captionHeight, TextStyle::caption, ColorRole::secondary);
+        captionRoom, TextStyle::caption, ColorRole::secondary);
 }
 
 QList<AutomatchScoreFigures::Line> AutomatchScoreFigures::lines() const {

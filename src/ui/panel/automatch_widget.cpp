@@ -132,7 +132,7 @@ void AutomatchWidget::retranslate() {
     figures_->setCaptions({loc.text(ExtraText::evaluation), loc.text("material_balance"),
                            loc.text("moves_count"), QStringLiteral("Engine 1"), QStringLiteral("Engine 2")});
     stop_->setLabel(loc.text("btn_stop_automatch"));
-    stop_->setFixedWidth(stop_->sizeHint().width() + metrics::space4);
+    stop_->setFixedWidth(stop_->sizeHint().width() + metrics::space2);
     takeSeries();
 }
 

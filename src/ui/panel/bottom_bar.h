@@ -1,6 +1,7 @@
 // The game's commands at the foot of the side panel, shown under every tab.
 #pragma once
 
+#include <QList>
 #include <QWidget>
 #include <array>
 
@@ -23,7 +24,8 @@ class BottomBar : public QWidget {
   private:
     enum Command { flip, undo, pause, resign, newGame, commandCount };
 
-    QRect place(int index, int width) const;
+    QList<qreal> needs(int width) const;
+    QList<QRect> places(int width) const;
     void takeGame();
     void setLabels();
     void retranslate();

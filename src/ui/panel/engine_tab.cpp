@@ -72,7 +72,7 @@ EngineTab::EngineTab(const PanelContext& context, QWidget* parent)
     copy_->setSymbol(Icon::copy);
     // The same in every language.
     copy_->setLabel(QStringLiteral("Copy Log"));
-    copy_->setFixedWidth(copy_->sizeHint().width() + 2 * metrics::space2);
+    copy_->setFixedWidth(copy_->sizeHint().width() + metrics::space2);
     consoleHead_->addTrailing(copy_);
     sides_->setObjectName(QStringLiteral("consoleSides"));
     auto* frame = new ConsoleFrame(context.theme, card);

@@ -2,7 +2,9 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <numeric>
 
+#include "ui/controls/column_widths.h"
 #include "ui/theme.h"
 
 namespace orlix {
@@ -37,6 +39,7 @@ FigureRow::FigureRow(int count, Theme& theme, QWidget* parent) : QWidget(parent)
         captions_.append(QString());
         values_.append(QString());
     }
+    share();
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
@@ -45,6 +48,7 @@ void FigureRow::setCaptions(const QStringList& captions) {
     Q_ASSERT(captions.size() == captions_.size());
     if (captions == captions_) return;
     captions_ = captions;
+    share();
     describe();
     update();
 }
@@ -63,9 +67,16 @@ void FigureRow::describe() {
     setAccessibleName(parts.join(QStringLiteral(", ")));
 }
 
+void FigureRow::share() {
+    QList<qreal> needs;
+    for (const QString& caption : captions_)
+        needs.append(wrappedSize(caption, Theme::font(TextStyle::caption), 10000).width() + 1);
+    widths_ = columnWidths(needs, width() - gap * static_cast<qreal>(captions_.size() - 1));
+}
+
 QRectF FigureRow::column(int index) const {
-    const qreal breadth = (width() + gap) / static_cast<qreal>(captions_.size());
-    return {index * breadth, 0, breadth - gap, captionHeight + valueHeight};
+    const qreal left = std::accumulate(widths_.begin(), widths_.begin() + index, 0.0) + gap * index;
+    return {left, 0, widths_[index], captionHeight + valueHeight};
 }
 
 QList<ShownText> FigureRow::shownTexts() const {
@@ -89,6 +100,11 @@ QSize FigureRow::sizeHint() const {
 
 QSize FigureRow::minimumSizeHint() const {
     return {0, sizeHint().height()};
+}
+
+void FigureRow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    share();
 }
 
 void FigureRow::paintEvent(QPaintEvent* event) {

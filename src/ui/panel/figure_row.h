@@ -1,5 +1,5 @@
-// Captioned numbers side by side in columns of equal width: what changes many times a second is painted, not
-// laid out, and only where it differs.
+// Captioned numbers side by side in columns that their captions share evenly: what changes many times a
+// second is painted, not laid out, and only where it differs.
 #pragma once
 
 #include <QStringList>
@@ -26,15 +26,18 @@ class FigureRow : public QWidget, public ShowsText {
     QSize minimumSizeHint() const override;
 
   protected:
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
     QRectF column(int index) const;
+    void share();
     void describe();
 
     Theme& theme_;
     QStringList captions_;
     QStringList values_;
+    QList<qreal> widths_;
 };
 
 }  // namespace orlix

@@ -1,6 +1,9 @@
 #include "ui/panel/tab_bar.h"
 
+#include <QtMath>
+
 #include "l10n/localization_manager.h"
+#include "ui/controls/column_widths.h"
 #include "ui/controls/panel_button.h"
 #include "ui/theme.h"
 
@@ -52,25 +55,33 @@ void TabBar::retranslate() {
     arrange();
 }
 
-QRect TabBar::place(int index, int width) const {
-    const int room = width - 2 * margin;
-    const int left = margin + room * index / tabCount;
-    const int right = margin + room * (index + 1) / tabCount;
-    return {left, margin, right - left, 0};
+/// All as wide, but for a title with a word that is wider: it stands in the same type as the others.
+QList<QRect> TabBar::places(int width) const {
+    QList<qreal> needs;
+    for (const PanelButton* button : buttons_)
+        needs.append(button->leastWidth());
+    QList<QRect> places;
+    qreal left = margin;
+    for (const qreal wide : columnWidths(needs, width - 2.0 * margin)) {
+        places.append(QRect(QPoint(qFloor(left), margin), QPoint(qFloor(left + wide) - 1, 0)));
+        left += wide;
+    }
+    return places;
 }
 
 int TabBar::heightForWidth(int width) const {
     int height = 0;
+    const QList<QRect> at = places(width);
     for (int index = 0; index < tabCount; ++index)
-        height = qMax(height, buttons_[index]->heightForWidth(place(index, width).width()));
+        height = qMax(height, buttons_[index]->heightForWidth(at[index].width()));
     return height + 2 * margin;
 }
 
 void TabBar::arrange() {
+    QList<QRect> at = places(width());
     for (int index = 0; index < tabCount; ++index) {
-        QRect at = place(index, width());
-        at.setHeight(height() - 2 * margin);
-        buttons_[index]->setGeometry(at);
+        at[index].setHeight(height() - 2 * margin);
+        buttons_[index]->setGeometry(at[index]);
     }
 }
 

@@ -26,7 +26,7 @@ class TabBar : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    QRect place(int index, int width) const;
+    QList<QRect> places(int width) const;
     void retranslate();
     void arrange();
 

@@ -1,0 +1,109 @@
+// What lines up in the panel: columns, edges, base lines and hairlines, measured on geometry and pixels.
+#include <QHBoxLayout>
+#include <QScrollBar>
+
+#include "panel_fixture.h"
+#include "ui/controls/card.h"
+#include "ui/controls/column_widths.h"
+#include "ui/controls/picker_button.h"
+#include "ui/controls/text_label.h"
+#include "ui/controls/toggle_switch.h"
+#include "ui/controls/value_slider.h"
+#include "ui/panel/bottom_bar.h"
+#include "ui/panel/elided_label.h"
+#include "ui/panel/panel_header.h"
+#include "ui/panel/scroll_page.h"
+#include "ui/panel/tab_bar.h"
+
+namespace orlix::test {
+namespace {
+
+/// `widget` alone on a transparent ground, at a pixel ratio.
+QImage pictureOf(QWidget& widget, int ratio) {
+    QImage image(widget.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    widget.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
+}
+
+TEST(ColumnWidths, allAreTheSameButThoseThatNeedMore) {
+    const struct {
+        QList<qreal> needs;
+        qreal room;
+        QList<qreal> widths;
+    } cases[] = {
+        {{10, 20, 30}, 120, {40, 40, 40}},
+        {{10, 20, 60}, 120, {30, 30, 60}},
+        {{10, 45, 60}, 120, {15, 45, 60}},
+        {{20, 40, 60}, 120, {20, 40, 60}},
+        {{50, 40, 60}, 120, {40, 40, 40}},
+        {{90}, 120, {120}},
+        {{130}, 120, {120}},
+    };
+    for (const auto& one : cases)
+        EXPECT_EQ(columnWidths(one.needs, one.room), one.widths) << one.needs.last() << " of " << one.room;
+}
+
+class PanelAlignment : public PanelTest {
+  protected:
+    void forEveryLanguageAndWidth(const std::function<void(const std::string& where)>& body) {
+        for (const Language language : allLanguages) {
+            loc->setCurrentLanguage(language);
+            for (const int width : {400, 460}) {
+                panel->resize(width, 800);
+                QCoreApplication::sendPostedEvents();
+                body(utf8(displayName(language)) + " " + std::to_string(width));
+            }
+        }
+    }
+};
+
+TEST_F(PanelAlignment, theLabelsOfTheBarsStandInFullSizeInEveryLanguage) {
+    forEveryLanguageAndWidth([this](const std::string& where) {
+        for (const QWidget* bar : {static_cast<QWidget*>(panel->findChild<BottomBar*>()),
+                                   static_cast<QWidget*>(panel->findChild<TabBar*>())}) {
+            for (const auto* button : bar->findChildren<PanelButton*>())
+                EXPECT_GE(button->width(), button->leastWidth()) << where << ": " << utf8(button->label());
+        }
+    });
+}
+
+TEST_F(PanelAlignment, theBarsFillThePanelBetweenEqualMargins) {
+    forEveryLanguageAndWidth([this](const std::string& where) {
+        for (const QWidget* bar : {static_cast<QWidget*>(panel->findChild<BottomBar*>()),
+                                   static_cast<QWidget*>(panel->findChild<TabBar*>())}) {
+            const auto buttons = bar->findChildren<PanelButton*>();
+            EXPECT_EQ(buttons.first()->x(), bar->width() - buttons.last()->geometry().right() - 1) << where;
+            const int gap = buttons[1]->x() - buttons[0]->geometry().right();
+            for (qsizetype index = 1; index < buttons.size(); ++index) {
+                const int here = buttons[index]->x() - buttons[index - 1]->geometry().right();
+                EXPECT_NEAR(here, gap, 1) << where;
+                EXPECT_GE(here, 1) << where;
+            }
+        }
+    });
+}
+
+TEST_F(PanelAlignment, nothingInTheBarMovesWhenThePauseBecomesResume) {
+    forEveryLanguageAndWidth([this](const std::string& where) {
+        const auto edges = [this] {
+            QList<QRect> places;
+            for (const auto* button : panel->findChild<BottomBar*>()->findChildren<PanelButton*>())
+                places.append(button->geometry());
+            return places;
+        };
+        const QList<QRect> before = edges();
+        game->togglePause();
+        panel->resize(panel->width(), 790);
+        const QList<QRect> after = edges();
+        for (qsizetype index = 0; index < after.size(); ++index) {
+            EXPECT_EQ(after[index].left(), before[index].left()) << where;
+            EXPECT_EQ(after[index].width(), before[index].width()) << where;
+        }
+        game->togglePause();
+    });
+}
+
+}  // namespace
+}  // namespace orlix::test
