@@ -20,6 +20,16 @@ class AutomatchControlsTest : public AutomatchPanel {
     }
 };
 
+TEST_F(AutomatchControlsTest, pauseAndStopAreEquallyHighInEveryLanguage) {
+    startSeries();
+    for (const Language language : allLanguages) {
+        loc->setCurrentLanguage(language);
+        QCoreApplication::sendPostedEvents();
+        EXPECT_EQ(find("pauseAutomatch")->y(), find("stopAutomatch")->y());
+        EXPECT_EQ(find("pauseAutomatch")->height(), find("stopAutomatch")->height());
+    }
+}
+
 TEST_F(AutomatchControlsTest, onlyTheCommandsThatApplyAreShown) {
     openTab();
     EXPECT_EQ(joined(shownCommands()), "Start Automatch");

@@ -348,5 +348,35 @@ TEST_F(AutomatchHistoryTest, theCommandsAreNamedInEveryLanguage) {
     }
 }
 
+TEST_F(AutomatchHistoryTest, hairlinesStandBetweenRowsAndNotAtTheListsEnds) {
+    startSeries();
+    playOn(5);
+    QCoreApplication::processEvents();
+    const QRgb ground = theme.color(ColorRole::card).rgb();
+    const QRgb line = theme.hairlineOn(theme.color(ColorRole::card)).rgb();
+    const auto colorAt = [this](int y) {
+        return panel->grab().toImage().pixel(list()->viewport()->mapTo(panel.get(), QPoint(1, y)));
+    };
+    EXPECT_EQ(colorAt(0), ground);
+    EXPECT_EQ(colorAt(AutomatchHistoryRow::height - 1), ground);
+    EXPECT_EQ(colorAt(AutomatchHistoryRow::height), line);
+    EXPECT_EQ(colorAt(AutomatchHistoryRow::height + 1), ground);
+    press(middle(1));
+    settleLayout();
+    ASSERT_TRUE(detailsAreOpen());
+    const int height = list()->viewport()->height();
+    ASSERT_EQ(height % AutomatchHistoryRow::height, 0);
+    EXPECT_EQ(colorAt(height - 1), ground) << "the line above the details is their own";
+}
+
+TEST_F(AutomatchHistoryTest, theSymbolOfARowStandsBelowTheLastOneOfTheHead) {
+    startSeries();
+    playOn(3);
+    QCoreApplication::processEvents();
+    const QWidget* clear = find("clearHistory");
+    const int above = clear->mapTo(panel.get(), clear->rect().center()).x();
+    EXPECT_EQ(list()->viewport()->mapTo(panel.get(), symbol(0)).x(), above);
+}
+
 }  // namespace
 }  // namespace orlix::test

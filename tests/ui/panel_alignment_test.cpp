@@ -105,5 +105,54 @@ TEST_F(PanelAlignment, nothingInTheBarMovesWhenThePauseBecomesResume) {
     });
 }
 
+TEST_F(PanelAlignment, switchesAndSlidersReachTheEdgesOfWhatStandsAboveThem) {
+    panel->setSelectedTab(3);
+    find("opponentLimit")->setChecked(true);
+    QCoreApplication::sendPostedEvents();
+    const auto right = [this](const QWidget* widget) {
+        return widget->mapTo(panel.get(), QPoint(widget->width(), 0)).x();
+    };
+    const auto* picker = find<PickerButton>("opponentEngine");
+    EXPECT_EQ(right(find("opponentLimit")), right(picker));
+    EXPECT_EQ(right(find<ValueSlider>("opponentElo")), right(picker));
+    for (const int ratio : {1, 2}) {
+        for (QWidget* control : {static_cast<QWidget*>(find("opponentLimit")),
+                                 static_cast<QWidget*>(find<ValueSlider>("opponentElo"))}) {
+            const QImage picture = pictureOf(*control, ratio);
+            const int middle = picture.height() / 2;
+            EXPECT_GT(qAlpha(picture.pixel(0, middle)), 0) << control->metaObject()->className();
+            EXPECT_GT(qAlpha(picture.pixel(picture.width() - 1, middle)), 0)
+                << control->metaObject()->className();
+        }
+    }
+}
+
+TEST_F(PanelAlignment, aNameStandsOnTheLineOfTheTextBesideIt) {
+    QWidget row;
+    auto* layout = new QHBoxLayout(&row);
+    auto* name = new ElidedLabel(TextStyle::bodyStrong, ColorRole::text, theme, &row);
+    auto* text = new TextLabel(TextStyle::body, ColorRole::text, theme, &row);
+    for (QWidget* label : {static_cast<QWidget*>(name), static_cast<QWidget*>(text)})
+        layout->addWidget(label);
+    name->setText(QStringLiteral("HHH"));
+    text->setSingleLine(true);
+    text->setText(QStringLiteral("HHH"));
+    row.resize(300, row.sizeHint().height());
+    layout->activate();
+    ASSERT_EQ(name->geometry().top(), text->geometry().top());
+    ASSERT_EQ(name->height(), text->height());
+    for (const int ratio : {1, 2}) {
+        const auto lowestInk = [ratio](QWidget& label) {
+            const QImage picture = pictureOf(label, ratio);
+            for (int y = picture.height() - 1; y >= 0; --y) {
+                for (int x = 0; x < picture.width(); ++x)
+                    if (qAlpha(picture.pixel(x, y)) > 128) return y;
+            }
+            return -1;
+        };
+        EXPECT_EQ(lowestInk(*name), lowestInk(*text)) << ratio;
+    }
+}
+
 }  // namespace
 }  // namespace orlix::test

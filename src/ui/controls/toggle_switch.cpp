@@ -12,13 +12,13 @@ ToggleSwitch::ToggleSwitch(Theme& theme, QWidget* parent) : ControlButton(theme,
 }
 
 QSize ToggleSwitch::sizeHint() const {
-    return {40, 24};
+    return {36, 24};
 }
 
 void ToggleSwitch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF track = QRectF(rect()).adjusted(2, 2, -2, -2);
+    const QRectF track = QRectF(rect()).adjusted(0, 2, 0, -2);
     const qreal strength = underMouse() ? 0.34 : 0.26;
     painter.setPen(Qt::NoPen);
     painter.setBrush(isChecked() ? theme().color(ColorRole::accent)

@@ -11,8 +11,7 @@ namespace orlix {
 
 namespace {
 constexpr qreal knobRadius = 8;
-constexpr qreal grooveInset = 2;  // leaves room for the ring of the focus
-constexpr qreal inset = knobRadius + grooveInset;
+constexpr qreal inset = knobRadius + 2;  // leaves room for the ring of the focus
 }  // namespace
 
 ValueSlider::ValueSlider(Theme& theme, QWidget* parent) : QAbstractSlider(parent), theme_(theme) {
@@ -42,7 +41,8 @@ void ValueSlider::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (!isEnabled()) painter.setOpacity(0.45);
     const QPointF knob = knobCenter(sliderPosition());
-    const QRectF groove(grooveInset, height() / 2.0 - 2, width() - 2 * grooveInset, 4);
+    // From edge to edge, in line with the controls above and below.
+    const QRectF groove(0, height() / 2.0 - 2, width(), 4);
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme_.tint(ColorRole::text, ColorRole::card, 0.16));
     painter.drawRoundedRect(groove, 2, 2);

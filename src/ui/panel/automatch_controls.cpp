@@ -26,6 +26,8 @@ AutomatchControls::AutomatchControls(const PanelContext& context, QWidget* paren
     start_ = add(Look::primary, Icon::automatchStart, "startAutomatch");
     pause_ = add(Look::secondary, Icon::pause, "pauseAutomatch");
     stop_ = add(Look::alarming, Icon::stop, "stopAutomatch");
+    // Side by side they are equally high, though a secondary command alone is lower.
+    pause_->setMinimumHeight(stop_->minimumSizeHint().height());
     AutomatchManager& series = context_.automatch;
     connect(start_, &QAbstractButton::clicked, &series, [&series] { series.startAutomatch(); });
     connect(pause_, &QAbstractButton::clicked, &series, [&series] {

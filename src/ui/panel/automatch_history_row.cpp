@@ -17,6 +17,7 @@ constexpr int badgeHeight = 18;
 constexpr int lineHeight = 18;
 constexpr int topPadding = 5;
 constexpr int buttonSide = 28;
+constexpr int buttonInset = 2;  ///< its symbol stands below those of the card's head
 constexpr int symbolSize = 18;
 constexpr int gap = 6;
 constexpr int smallestType = 10;
@@ -84,8 +85,8 @@ AutomatchHistoryRow::AutomatchHistoryRow(Theme& theme, QObject* parent)
     : QStyledItemDelegate(parent), theme_(theme) {}
 
 QRect AutomatchHistoryRow::button(const QRect& place) {
-    return {place.right() + 1 - buttonSide, place.top() + (place.height() - buttonSide) / 2, buttonSide,
-            buttonSide};
+    return {place.right() + 1 - buttonInset - buttonSide, place.top() + (place.height() - buttonSide) / 2,
+            buttonSide, buttonSide};
 }
 
 QList<ShownText> AutomatchHistoryRow::shownTexts(const AutomatchHistoryModel::Row& row, const QRect& place) {
@@ -127,8 +128,11 @@ void AutomatchHistoryRow::paint(QPainter* painter, const QStyleOptionViewItem& o
         painter->drawRoundedRect(QRectF(place).adjusted(0, 1, 0, -1), metrics::controlRadius,
                                  metrics::controlRadius);
     }
-    painter->fillRect(QRectF(place.left(), place.bottom(), place.width(), 1),
-                      theme_.color(ColorRole::hairline));
+    // Between rows: what stands above and below the list has edges of its own.
+    if (index.row() > 0) {
+        painter->fillRect(QRectF(place.left(), place.top(), place.width(), 1),
+                          theme_.color(ColorRole::hairline));
+    }
 
     const QColor secondary = theme_.inkOn(ColorRole::secondary, ground);
     painter->setPen(secondary);

@@ -2,6 +2,7 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QtMath>
 
 #include "ui/controls/text_fit.h"
 
@@ -32,12 +33,12 @@ void ElidedLabel::refreshToolTip() {
 }
 
 QSize ElidedLabel::sizeHint() const {
-    const QFontMetrics metrics(Theme::font(style_));
-    return {metrics.horizontalAdvance(text_) + 1, metrics.height()};
+    return {QFontMetrics(Theme::font(style_)).horizontalAdvance(text_) + 1, minimumSizeHint().height()};
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
-    return {0, QFontMetrics(Theme::font(style_)).height()};
+    // As high as a TextLabel, so that texts of both beside each other stand on one line.
+    return {0, qCeil(QFontMetricsF(Theme::font(style_)).height())};
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent* event) {
@@ -49,7 +50,7 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setFont(Theme::font(style_));
     painter.setPen(theme_.color(role_));
-    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
+    painter.drawText(QRectF(rect()), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
 }
 
 }  // namespace orlix

@@ -44,7 +44,7 @@ EloEditor::EloEditor(const char* switchKey, const PanelContext& context, QWidget
     layout->setSpacing(metrics::space2);
     auto* switchRow = new QHBoxLayout;
     switchRow->setSpacing(metrics::space3);
-    switchCaption_ = new TextLabel(TextStyle::body, ColorRole::text, theme, this);
+    switchCaption_ = new TextLabel(TextStyle::body, ColorRole::secondary, theme, this);
     strength_ = new TextLabel(TextStyle::bodyStrong, ColorRole::text, theme, this);
     strength_->setSingleLine(true);
     limit_ = new ToggleSwitch(theme, this);

@@ -26,6 +26,7 @@ EngineRow::EngineRow(const EngineConfiguration& engine, const PanelContext& cont
     name_->setObjectName(QStringLiteral("engineName"));
     elo_->setObjectName(QStringLiteral("engineElo"));
     elo_->setSingleLine(true);
+    elo_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     test_->setObjectName(QStringLiteral("testEngine"));
     edit_->setObjectName(QStringLiteral("editElo"));
     edit_->setCheckable(true);

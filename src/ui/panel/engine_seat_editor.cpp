@@ -61,7 +61,7 @@ EngineSeatEditor::EngineSeatEditor(Role role, const PanelContext& context, QWidg
     auto* switchRow = new QHBoxLayout;
     switchRow->setSpacing(metrics::space2);
     switchCaption_ = new LocalizedText(QString::fromLatin1(seatTexts.switchKey), TextStyle::body,
-                                       ColorRole::text, context.loc, theme, this);
+                                       ColorRole::secondary, context.loc, theme, this);
     limit_ = new ToggleSwitch(theme, this);
     limit_->setObjectName(name + QStringLiteral("Limit"));
     switchRow->addWidget(switchCaption_, 1);

@@ -203,6 +203,7 @@ void NewGameTab::buildThinkingCard() {
     thinkingCaption_ = new TextLabel(TextStyle::body, ColorRole::secondary, context_.theme, thinkingRow_);
     thinkingValue_ = new TextLabel(TextStyle::body, ColorRole::text, context_.theme, thinkingRow_);
     thinkingValue_->setSingleLine(true);
+    thinkingValue_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     thinkingValue_->setObjectName(QStringLiteral("thinkingValue"));
     line->addWidget(thinkingCaption_, 1);
     line->addWidget(thinkingValue_);
