@@ -105,6 +105,25 @@ TEST_F(PanelAlignment, nothingInTheBarMovesWhenThePauseBecomesResume) {
     });
 }
 
+TEST_F(PanelAlignment, aBadgeOfTwoLinesIsNoWiderThanItsText) {
+    playAgainstPerson();
+    for (int round = 0; round < 2; ++round) {
+        play("g1", "f3");
+        play("g8", "f6");
+        play("f3", "g1");
+        play("f6", "g8");
+    }
+    int wrapped = 0;
+    forEveryLanguageAndWidth([&](const std::string& where) {
+        const auto* badge = panel->findChild<StatusBadge*>();
+        const ShownText shown = badge->shownTexts().first();
+        EXPECT_LE(shown.needed.width(), shown.room.width()) << where;
+        EXPECT_LE(shown.room.width() - shown.needed.width(), 2.5) << where;
+        if (badge->width() < badge->naturalWidth()) ++wrapped;
+    });
+    EXPECT_GT(wrapped, 0);
+}
+
 TEST_F(PanelAlignment, switchesAndSlidersReachTheEdgesOfWhatStandsAboveThem) {
     panel->setSelectedTab(3);
     find("opponentLimit")->setChecked(true);

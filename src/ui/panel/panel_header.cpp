@@ -16,6 +16,9 @@ namespace {
 constexpr int badgePadding = 12;
 constexpr int badgeSymbol = 14;
 constexpr int badgeGap = 5;
+constexpr int badgeEdge = 2;    ///< above and below the text
+constexpr int flatHeight = 26;  ///< with one line
+constexpr int tallHeight = 40;  ///< with more
 constexpr int smallestType = 10;
 constexpr int leastSecondary = 64;
 
@@ -33,16 +36,26 @@ void StatusBadge::setStatus(const GameStatus& status, const QString& text) {
     if (status == status_ && text == text_) return;
     status_ = status;
     text_ = text;
-    const int symbol = status_.symbol ? badgeSymbol + badgeGap : 0;
     naturalWidth_ =
-        qCeil(QFontMetricsF(badgeFont()).horizontalAdvance(text_)) + 1 + symbol + 2 * badgePadding;
+        qCeil(QFontMetricsF(badgeFont()).horizontalAdvance(text_)) + 1 + symbolRoom() + 2 * badgePadding;
     setAccessibleName(text);
     update();
 }
 
+int StatusBadge::symbolRoom() const {
+    return status_.symbol ? badgeSymbol + badgeGap : 0;
+}
+
+int StatusBadge::widthWithin(int room) const {
+    if (naturalWidth_ <= room) return naturalWidth_;
+    const int beside = symbolRoom() + 2 * badgePadding;
+    const QSizeF forText(room - beside, tallHeight - 2 * badgeEdge);
+    const QFont font = fittingFont(text_, badgeFont(), forText, smallestType);
+    return qMin(room, qCeil(wrappedSize(text_, font, forText.width()).width()) + 1 + beside);
+}
+
 QRectF StatusBadge::textRoom() const {
-    const int symbol = status_.symbol ? badgeSymbol + badgeGap : 0;
-    return QRectF(rect()).adjusted(badgePadding + symbol, 2, -badgePadding, -2);
+    return QRectF(rect()).adjusted(badgePadding + symbolRoom(), badgeEdge, -badgePadding, -badgeEdge);
 }
 
 QList<ShownText> StatusBadge::shownTexts() const {
@@ -123,9 +136,9 @@ void PanelHeader::arrange() {
     const int room = language_->x() - margin - metrics::space2;
     const bool saysMore = !secondary_->text().isEmpty();
     const int badgeRoom = saysMore ? room - leastSecondary - metrics::space2 : room;
-    const int badgeWidth = qMin(badge_->naturalWidth(), badgeRoom);
+    const int badgeWidth = badge_->widthWithin(badgeRoom);
     const bool isOneLine = badgeWidth >= badge_->naturalWidth();
-    const int badgeHeight = isOneLine ? 26 : 40;
+    const int badgeHeight = isOneLine ? flatHeight : tallHeight;
     badge_->setGeometry(margin, (height() - badgeHeight) / 2, badgeWidth, badgeHeight);
     secondary_->setVisible(saysMore);
     const int left = margin + badgeWidth + 10;

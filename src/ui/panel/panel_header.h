@@ -23,12 +23,15 @@ class StatusBadge : public QWidget, public ShowsText {
     const QString& text() const { return text_; }
     /// The width in which the text stands on one line.
     int naturalWidth() const { return naturalWidth_; }
+    /// The width that it takes of `room`: on more lines no wider than the longest of them.
+    int widthWithin(int room) const;
     QList<ShownText> shownTexts() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    int symbolRoom() const;
     QRectF textRoom() const;
 
     Theme& theme_;
