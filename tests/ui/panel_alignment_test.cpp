@@ -173,5 +173,25 @@ TEST_F(PanelAlignment, aNameStandsOnTheLineOfTheTextBesideIt) {
     }
 }
 
+TEST_F(PanelAlignment, aHairlineTellsThatThePageGoesOnBelowItsEnd) {
+    for (const int tab : {3, 4}) {
+        panel->setSelectedTab(tab);
+        panel->resize(400, 400);
+        QCoreApplication::sendPostedEvents();
+        auto* shownEdge = [this]() -> ScrollPageEdge* {
+            for (auto* edge : panel->findChildren<ScrollPageEdge*>())
+                if (edge->isVisible()) return edge;
+            return nullptr;
+        }();
+        ASSERT_NE(shownEdge, nullptr) << tab;
+        auto* bar = shownEdge->parentWidget()->findChild<ScrollPage*>()->verticalScrollBar();
+        ASSERT_GT(bar->maximum(), 0) << tab;
+        const auto isDrawn = [shownEdge] { return qAlpha(pictureOf(*shownEdge, 1).pixel(50, 0)) > 0; };
+        EXPECT_TRUE(isDrawn()) << tab;
+        bar->setValue(bar->maximum());
+        EXPECT_FALSE(isDrawn()) << tab;
+    }
+}
+
 }  // namespace
 }  // namespace orlix::test

@@ -32,6 +32,7 @@ EnginesTab::EnginesTab(const PanelContext& context, PanelState& state, QWidget* 
     page->content()->addLayout(list_);
     page->content()->addStretch(1);
     layout->addWidget(page, 1);
+    layout->addWidget(new ScrollPageEdge(*page, theme, this));
 
     checking_ = new TextLabel(TextStyle::body, ColorRole::secondary, theme, this);
     checking_->setObjectName(QStringLiteral("checkingEngine"));
@@ -44,7 +45,7 @@ EnginesTab::EnginesTab(const PanelContext& context, PanelState& state, QWidget* 
     add_->setObjectName(QStringLiteral("addUciEngine"));
     add_->setSymbol(Icon::add);
     auto* footer = new QVBoxLayout;
-    footer->setContentsMargins(metrics::space4, metrics::space2, metrics::space4, metrics::space3);
+    footer->setContentsMargins(metrics::space4, metrics::space3, metrics::space4, metrics::space3);
     footer->setSpacing(metrics::space2);
     footer->addWidget(checking_);
     footer->addWidget(scan_);

@@ -60,6 +60,7 @@ NewGameTab::NewGameTab(const PanelContext& context, PanelState& state, QWidget* 
     buildThinkingCard();
     content_->addStretch(1);
     layout->addWidget(page, 1);
+    layout->addWidget(new ScrollPageEdge(*page, context.theme, this));
     layout->addLayout(buildFooter());
 
     retranslate();
@@ -87,7 +88,7 @@ QLayout* NewGameTab::buildFooter() {
     start_->setSymbol(Icon::play);
     start_->setObjectName(QStringLiteral("startGame"));
     auto* footer = new QVBoxLayout;
-    footer->setContentsMargins(metrics::space4, metrics::space2, metrics::space4, metrics::space3);
+    footer->setContentsMargins(metrics::space4, metrics::space3, metrics::space4, metrics::space3);
     footer->addWidget(start_);
     connect(start_, &QAbstractButton::clicked, this, &NewGameTab::start);
     return footer;

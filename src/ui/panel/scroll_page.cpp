@@ -1,5 +1,8 @@
 #include "ui/panel/scroll_page.h"
 
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "ui/controls/thin_scroll_bar.h"
@@ -25,6 +28,21 @@ ScrollPage::ScrollPage(Theme& theme, QWidget* parent) : QScrollArea(parent) {
     // The panel's own ground shows through.
     inner->setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
+}
+
+ScrollPageEdge::ScrollPageEdge(const ScrollPage& page, Theme& theme, QWidget* parent)
+    : QWidget(parent), page_(page), theme_(theme) {
+    setFixedHeight(1);
+    const QScrollBar* bar = page.verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this, qOverload<>(&QWidget::update));
+    connect(bar, &QScrollBar::rangeChanged, this, qOverload<>(&QWidget::update));
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void ScrollPageEdge::paintEvent(QPaintEvent* event) {
+    const QScrollBar* bar = page_.verticalScrollBar();
+    if (bar->value() == bar->maximum()) return;
+    QPainter(this).fillRect(event->rect(), theme_.color(ColorRole::hairline));
 }
 
 }  // namespace orlix

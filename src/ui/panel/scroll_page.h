@@ -20,4 +20,19 @@ class ScrollPage : public QScrollArea {
     QVBoxLayout* content_;
 };
 
+/// Stands between a page and what is fixed below it: a hairline while the page goes on underneath, else
+/// nothing.
+class ScrollPageEdge : public QWidget {
+    Q_OBJECT
+  public:
+    ScrollPageEdge(const ScrollPage& page, Theme& theme, QWidget* parent = nullptr);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    const ScrollPage& page_;
+    Theme& theme_;
+};
+
 }  // namespace orlix
