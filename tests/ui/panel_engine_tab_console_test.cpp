@@ -53,6 +53,40 @@ TEST_F(EngineTabConsole, theConsoleFollowsTheEndUnlessTheReaderScrolledUp) {
     EXPECT_EQ(bar()->value(), bar()->maximum());
 }
 
+TEST_F(EngineTabConsole, theFirstRowIsWholeAsLongAsTheEndIsFollowed) {
+    playAgainstEngine();
+    panel->setSelectedTab(1);
+    chatter(120);
+    const auto cutLine = [this] {
+        for (int line = 0; line < console()->lines().size(); ++line) {
+            const QRectF place = console()->characterRect(line, 0);
+            if (place.top() < 0 && place.bottom() > 8) return line;
+        }
+        return -1;
+    };
+    for (int height = panelHeight; cutLine() < 0 && height > panelHeight - 20; --height) {
+        panel->resize(panel->width(), height);
+        settle();
+    }
+    ASSERT_GE(cutLine(), 0);
+    const auto inkAbove = [this](int bottom) {
+        const QImage picture = console()->viewport()->grab().toImage();
+        const QRgb ground = theme.color(ColorRole::console).rgb();
+        int ink = 0;
+        for (int y = 0; y < bottom; ++y) {
+            for (int x = 0; x < picture.width(); ++x)
+                ink += picture.pixel(x, y) != ground;
+        }
+        return ink;
+    };
+    const int bottom = static_cast<int>(console()->characterRect(cutLine(), 0).bottom());
+    EXPECT_EQ(inkAbove(bottom), 0);
+    bar()->setValue(bar()->maximum() - 1);
+    EXPECT_GT(inkAbove(bottom + 1), 0) << "the reader sees what is there";
+    bar()->setValue(bar()->maximum());
+    EXPECT_EQ(inkAbove(bottom), 0);
+}
+
 TEST_F(EngineTabConsole, linesAreSelectedByMouseAndCopiedByKey) {
     playAgainstEngine();
     panel->setSelectedTab(1);

@@ -66,7 +66,7 @@ QSize UciConsoleView::sizeHint() const {
 }
 
 QSize UciConsoleView::minimumSizeHint() const {
-    return {160, 6 * rowHeight_ + 2 * padding};
+    return {160, 5 * rowHeight_ + 2 * padding};
 }
 
 QColor UciConsoleView::lineColor(const QString& line) {
@@ -164,8 +164,11 @@ void UciConsoleView::releaseIfDue() {
 
 void UciConsoleView::scrollContentsBy(int dx, int dy) {
     const bool wasHeld = isHeld();
+    const bool wasFollowing = isFollowing_;
     isFollowing_ = isAtEnd();
     viewport()->scroll(dx, dy);
+    // The row that is cut at the top comes or goes.
+    if (isFollowing_ != wasFollowing) viewport()->update();
     if (wasHeld) releaseIfDue();
 }
 
@@ -366,6 +369,8 @@ void UciConsoleView::paintEvent(QPaintEvent* event) {
     const int first = qMax(0, (event->rect().top() + scrolled) / rowHeight_);
     const int last = qMin(rowCount() - 1, (event->rect().bottom() + scrolled) / rowHeight_);
     for (int row = first; row <= last; ++row) {
+        // What follows the end begins with a whole row; a reader who scrolls sees the rows pass the edge.
+        if (isFollowing_ && row * rowHeight_ < scrolled) continue;
         const int line = lineOfRow(row);
         const int from = (row - firstRow(line)) * columns_;
         const QString text = lines_[line].mid(from, columns_);
