@@ -11,6 +11,7 @@
 #include "l10n/extra_texts.h"
 #include "l10n/localization_manager.h"
 #include "platform/time_source.h"
+#include "ui/icons.h"
 #include "ui/panel/automatch_tab.h"
 #include "ui/panel/bottom_bar.h"
 #include "ui/panel/engine_add_error.h"
@@ -31,6 +32,7 @@ namespace orlix {
 namespace {
 
 constexpr std::chrono::milliseconds toastDuration{2500};
+constexpr int alertSymbol = 32;
 enum Tab { gameTab, engineTab, automatchTab, newGameTab, enginesTab, exportTab };
 
 }  // namespace
@@ -219,7 +221,10 @@ void RightPanelView::Impl::showEngineAddAlert() {
                                   state_.engineAddError.value_or(QString()), QMessageBox::Ok, &view_);
     // The error quotes what the system said, which may look like markup.
     alert->setTextFormat(Qt::PlainText);
-#ifdef Q_OS_MACOS
+#ifndef Q_OS_MACOS
+    alert->setIconPixmap(iconPixmap(Icon::warning, context_.theme.color(ColorRole::caution), alertSymbol,
+                                    view_.devicePixelRatioF()));
+#else
     // Alerts show no window title there: it becomes the heading of the text.
     alert->setInformativeText(alert->text());
     alert->setText(QStringLiteral("Engine Error"));
