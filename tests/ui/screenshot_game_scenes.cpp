@@ -1,5 +1,7 @@
 // The board and the game in the states that matter.
 #include "screenshot_scenes.h"
+#include "ui/controls/panel_button.h"
+#include "ui/engine_notice_view.h"
 #include "ui/right_panel_view.h"
 
 namespace orlix::test {
@@ -66,6 +68,74 @@ void cursor(Shell& shell) {
     board->focusSquare(*Square::fromText("e2"));
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Up, Qt::Key_Up})
         QTest::keyClick(board, key);
+}
+
+void pressAddEngine(Shell& shell, const QString& path) {
+    auto* notice = shell.find<EngineNoticeView>();
+    for (auto* button : notice->findChildren<PanelButton*>()) {
+        if (button->label() != shell.loc.text("add_engine") || !button->isVisible()) continue;
+        QTest::mouseClick(button, Qt::LeftButton);
+        shell.dialogs.answer(path);
+        return;
+    }
+    qFatal("no engine can be added");
+}
+
+// What the card over the board says of an engine that is missing.
+void addNotices(std::vector<PictureOf>& all) {
+    const auto checked = [](Shell& shell) {
+        shell.fileTests.executables.insert(puppetPath);
+        shell.launcher.introductions[puppetPath] = "";
+        shell.showWindow();
+        pressAddEngine(shell, puppetPath);
+    };
+    const auto refused = [](Shell& shell) {
+        shell.launcher.broken.insert(puppetPath);
+        shell.fileTests.executables.insert(puppetPath);
+        shell.showWindow();
+        pressAddEngine(shell, puppetPath);
+        auto* notice = shell.find<EngineNoticeView>();
+        shell.eventually([notice] { return notice->findChild<PanelButton*>()->isEnabled(); });
+    };
+    const auto notChosen = [](Shell& shell) {
+        shell.installEngine();
+        shell.buildWindow();
+        shell.engines->setSelectedBlackEngine(std::nullopt);
+        shell.showWindow();
+    };
+    const auto forTheNextGame = [](Shell& shell) {
+        shell.fileTests.executables.insert(puppetPath);
+        shell.showWindow();
+        playMoves(shell, {QStringLiteral("e2e4")});
+        pressAddEngine(shell, puppetPath);
+        shell.eventually([&shell] { return shell.engines->selectedBlackEngine().has_value(); });
+    };
+    const std::pair<const char*, std::function<void(Shell&)>> states[] = {
+        {"09-notice-checking", checked},
+        {"09-notice-refused", refused},
+        {"09-notice-not-chosen", notChosen},
+        {"09-notice-next-game", forTheNextGame}};
+    for (const auto& [name, scene] : states) {
+        all.push_back({QString::fromLatin1(name), scene});
+        all.push_back({QString::fromLatin1(name) + QStringLiteral("-dark"), scene, Theme::Scheme::dark,
+                       Language::german});
+    }
+    all.push_back(
+        {QStringLiteral("09-notice-next-game-fr"), forTheNextGame, Theme::Scheme::light, Language::french});
+}
+
+// Names that the banners have to shorten, and every kind of captured piece.
+void longNames(Shell& shell) {
+    shell.launcher.introductions[puppetPath] =
+        "id name The Puppet With A Name That Goes On And On Until Nobody Wants To Read It Any More\nuciok\n";
+    shell.fileTests.executables.insert(puppetPath);
+    shell.buildWindow();
+    shell.game->setGameMode(GameMode::engineVsEngine);
+    shell.showWindow();
+    pressAddEngine(shell, puppetPath);
+    shell.eventually([&shell] { return shell.game->whiteEngineProcess() != nullptr; });
+    shell.game->loadFEN(QStringLiteral("4k3/8/8/8/8/8/P7/4K2R w - - 0 40"));
+    shell.window->resize(1120, 740);
 }
 
 // More moves than the list has room for.
@@ -141,6 +211,7 @@ std::vector<PictureOf> gamePictures() {
     });
     add("04-promotion", promotion);
     add("04-promotion-black-flipped", blackPromotion);
+    add("04-promotion-black-flipped-dark", blackPromotion, dark);
     add("05-mate", [](Shell& shell) {
         showTwoPeople(shell);
         playMoves(shell, words("f2f3 e7e5 g2g4 d8h4"));
@@ -168,6 +239,13 @@ std::vector<PictureOf> gamePictures() {
         midGame(shell);
         shell.game->inspectMove(6);
     });
+    add(
+        "06-inspecting-dark",
+        [](Shell& shell) {
+            midGame(shell);
+            shell.game->inspectMove(6);
+        },
+        dark);
     add("06-inspecting-start", [](Shell& shell) {
         midGame(shell);
         shell.game->inspectMove(0);
@@ -188,6 +266,7 @@ std::vector<PictureOf> gamePictures() {
     add("08-no-engine", [](Shell& shell) { shell.showWindow(); });
     add(
         "09-no-engine-dark", [](Shell& shell) { shell.showWindow(); }, dark);
+    addNotices(all);
     add("10-paused-flipped", [](Shell& shell) {
         midGame(shell);
         shell.game->flipBoard();
@@ -212,6 +291,7 @@ std::vector<PictureOf> gamePictures() {
         QTest::qWait(400);
     });
     add("15-long-game", longGame);
+    add("16-long-names", longNames);
     return all;
 }
 

@@ -2,12 +2,13 @@
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMenuBar>
 
 #include "screenshot_scenes.h"
 #include "ui/controls/choice_group.h"
 #include "ui/controls/text_label.h"
+#include "ui/menus.h"
+#include "ui/panel/uci_console_view.h"
 #include "ui/right_panel_view.h"
 
 namespace orlix::test {
@@ -50,9 +51,9 @@ void showEngines(Shell& shell, int more) {
 }
 
 // A search in full swing: the log is full and goes on.
-void flood(Shell& shell, int tab) {
+void flood(Shell& shell, int tab, bool isLimited = true) {
     showAgainstEngine(shell);
-    shell.game->updateBlackElo(true, 1800);
+    shell.game->updateBlackElo(isLimited, 1800);
     playMoves(shell, {QStringLiteral("e2e4")});
     shell.eventually([&shell] { return shell.launcher.lastHeard("go "); });
     QTest::qWait(50);  // for the answers to the handshake
@@ -101,6 +102,17 @@ void scrollDown(Shell& shell) {
     }
 }
 
+void popUpGameMenu(Shell& shell) {
+    auto* menu = shell.window->findChild<GameMenu*>();
+    const auto* bar = shell.window->findChild<QMenuBar*>();
+    menu->popup(bar->mapToGlobal(bar->actionGeometry(menu->menuAction()).bottomLeft()));
+}
+
+void showGameMenu(Shell& shell) {
+    showTwoPeople(shell);
+    popUpGameMenu(shell);
+}
+
 void refuseEngine(Shell& shell) {
     showEngines(shell, 1);
     press(shell, "addUciEngine");
@@ -136,7 +148,24 @@ std::vector<PictureOf> tabPictures() {
     add("21-analysis", [](Shell& shell) { flood(shell, analysisTab); });
     add(
         "21-analysis-dark", [](Shell& shell) { flood(shell, analysisTab); }, dark, Language::french);
+    add("21-analysis-unlimited", [](Shell& shell) { flood(shell, analysisTab, false); });
+    add(
+        "21-analysis-smallest-dark",
+        [](Shell& shell) {
+            flood(shell, analysisTab);
+            shell.window->resize(1120, 740);
+            scrollDown(shell);
+        },
+        dark, Language::german);
+    add("21-analysis-selected", [](Shell& shell) {
+        flood(shell, analysisTab, false);
+        auto* console = find<UciConsoleView>(shell, "console");
+        QTest::qWait(50);
+        QTest::mouseDClick(console->viewport(), Qt::LeftButton, {}, console->viewport()->rect().center());
+        console->setFocus(Qt::TabFocusReason);
+    });
     add("21-analysis-of-two", analysisOfTwo);
+    add("21-analysis-of-two-dark", analysisOfTwo, dark, Language::dutch);
     add("23-new-game-people", [](Shell& shell) { newGame(shell, GameMode::humanVsHuman); });
     add(
         "23-new-game-no-engine-dark",
@@ -183,6 +212,15 @@ std::vector<PictureOf> tabPictures() {
             press(shell, "editElo");
         },
         dark);
+    add(
+        "24-engines-adding-dark",
+        [](Shell& shell) {
+            showEngines(shell, 1);
+            shell.launcher.introductions[puppetPath] = "";
+            press(shell, "addUciEngine");
+            shell.dialogs.answer(puppetPath);
+        },
+        dark, Language::german);
     add("24-engines-testing", [](Shell& shell) {
         showEngines(shell, 1);
         shell.launcher.introductions[shell.engines->availableEngines().first().executablePath] = "";
@@ -238,14 +276,12 @@ std::vector<PictureOf> tabPictures() {
             press(shell, "opponentEngine");
         },
         dark);
-    add(
-        "26-menu-dark",
-        [](Shell& shell) {
-            showTwoPeople(shell);
-            auto* menu = shell.window->findChild<QMenu*>();
-            menu->popup(shell.window->mapToGlobal(QPoint(2, 18)));
-        },
-        dark, Language::german);
+    add("26-menu-dark", showGameMenu, dark, Language::german);
+    add("26-menu-paused", [](Shell& shell) {
+        showTwoPeople(shell);
+        shell.game->togglePause();
+        popUpGameMenu(shell);
+    });
     add("27-focus", [](Shell& shell) {
         newGame(shell, GameMode::humanVsEngine);
         find<ChoiceGroup>(shell, "presets")->button(5)->setFocus(Qt::TabFocusReason);
