@@ -25,10 +25,29 @@ QSize sizeOn(const QScreen* screen, QSize smallest) {
     return MainWindow::defaultSize.boundedTo(room).expandedTo(smallest);
 }
 
+/// Ends in a hairline like the panel's. The style's own is broken after each title on dense screens and
+/// stands half a pixel higher there.
+class MenuBar : public QMenuBar {
+  public:
+    MenuBar(const Theme& theme, QWidget* parent) : QMenuBar(parent), theme_(theme) {}
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        QMenuBar::paintEvent(event);
+        const QColor ground = theme_.color(ColorRole::window);
+        QPainter painter(this);
+        painter.fillRect(0, height() - 2, width(), 1, ground);
+        painter.fillRect(0, height() - 1, width(), 1, theme_.hairlineOn(ground));
+    }
+
+  private:
+    const Theme& theme_;
+};
+
 }  // namespace
 
 MainWindow::MainWindow(const MainView::Collaborators& with, UpdateController& updates) : theme_(with.theme) {
-    auto* menuBar = new QMenuBar(this);
+    auto* menuBar = new MenuBar(theme_, this);
     auto* applicationMenu = new ApplicationMenu(updates, with.loc, menuBar);
     auto* gameMenu = new GameMenu(with.game, with.loc, with.exporter, menuBar);
     // Everything else paints itself; these are the style's, in the theme's colours.

@@ -29,6 +29,27 @@ TEST_F(MainWindowTest, neverGetsSmallerThanTheViewAllows) {
     EXPECT_EQ(find<MainView>()->size(), QSize(1120, 740));
 }
 
+TEST_F(MainWindowTest, menuBarEndsInOneUnbrokenHairlineAtEveryPixelRatio) {
+    showWindowForTwoPeople();
+    auto* bar = find<QMenuBar>();
+    if (bar->isNativeMenuBar()) GTEST_SKIP() << "the system's own";
+    for (const Theme::Scheme scheme : {Theme::Scheme::light, Theme::Scheme::dark}) {
+        theme.setScheme(scheme);
+        const QRgb line = theme.hairlineOn(theme.color(ColorRole::window)).rgb();
+        for (const int ratio : {1, 2, 3}) {
+            QImage picture(bar->size() * ratio, QImage::Format_RGB32);
+            picture.setDevicePixelRatio(ratio);
+            picture.fill(theme.color(ColorRole::window));
+            bar->render(&picture);
+            for (int y = picture.height() - ratio; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x)
+                    ASSERT_EQ(picture.pixel(x, y), line) << ratio << ": " << x << ", " << y;
+            }
+            EXPECT_EQ(picture.pixel(1, picture.height() - ratio - 1), theme.color(ColorRole::window).rgb());
+        }
+    }
+}
+
 TEST_F(MainWindowTest, titleIsTheApplicationsName) {
     buildWindow();
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Velmorandix Orlix"));
