@@ -294,6 +294,15 @@ std::vector<PictureOf> tabPictures() {
             find(shell, "whiteElo")->setFocus(Qt::TabFocusReason);
         },
         dark);
+    for (const bool isOn : {false, true}) {
+        const auto focusSwitch = [isOn](Shell& shell) {
+            newGame(shell, GameMode::humanVsEngine);
+            shell.game->setBlackEngineLimit(isOn, 1750);
+            find(shell, "opponentLimit")->setFocus(Qt::TabFocusReason);
+        };
+        add(isOn ? "27-focus-switch-on" : "27-focus-switch-off", focusSwitch);
+        add(isOn ? "27-focus-switch-on-dark" : "27-focus-switch-off-dark", focusSwitch, dark);
+    }
     add("27-focus-start", [](Shell& shell) {
         newGame(shell, GameMode::humanVsHuman);
         find(shell, "startGame")->setFocus(Qt::TabFocusReason);
