@@ -183,13 +183,14 @@ void PlayerBannerView::Impl::paintCard(QPainter& painter, const QRegion& region)
     // A tick of the clock is far from the card's outline, and a turn changes its left end alone.
     const QRect inside = view.rect().adjusted(metrics::cardRadius, 1, -metrics::cardRadius, -1);
     const bool isWhole = !(region - inside - edgeRect()).isEmpty();
-    painter.fillRect(view.rect(), isWhole ? around : ground);
+    // Beyond its edges: at fractional pixel ratios they run through the middle of device pixels.
+    painter.fillRect(view.rect().adjusted(-1, -1, 1, 1), isWhole ? around : ground);
     if (!isWhole && !region.intersects(edgeRect())) return;
     painter.save();
     QRectF card = view.rect();
     if (!isWhole) {
         painter.setClipRect(edgeRect(), Qt::IntersectClip);
-        painter.fillRect(edgeRect(), around);
+        painter.fillRect(edgeRect().adjusted(-1, -1, 0, 1), around);
         card.setWidth(2 * edgeRect().width());  // its right end is clipped away
     }
     painter.setPen(theme.hairlineBetween(ground, around));

@@ -308,6 +308,29 @@ TEST_F(PlayerBannerTest, followsTheTheme) {
     EXPECT_EQ(picture().pixelColor(inside), Theme::color(ColorRole::panel, Theme::Scheme::dark));
 }
 
+TEST_F(PlayerBannerTest, coversItsPlaceWhollyAtFractionalPixelRatios) {
+    for (const qreal ratio : {1.25, 1.5, 1.75, 2.0}) {
+        for (const int offset : {1, 2, 3, 4}) {
+            QWidget window;
+            window.resize(800, 100);
+            banner_.setParent(&window);
+            banner_.move(offset, offset);
+            banner_.show();
+            const QImage image = pictureOf(window, ratio);
+            banner_.setParent(nullptr);
+            // Whatever was there before shines through nowhere.
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    const QColor color = image.pixelColor(x, y);
+                    if (color == QColor(Qt::magenta)) continue;
+                    ASSERT_LT(qMin(color.red(), color.blue()) - color.green(), 12)
+                        << ratio << ", " << offset << ": " << x << ", " << y;
+                }
+            }
+        }
+    }
+}
+
 TEST_F(PlayerBannerTest, isReadByAssistiveTechnologyWithItsClock) {
     const auto read = [this] {
         return QAccessible::queryAccessibleInterface(&banner_)->text(QAccessible::Name);
