@@ -10,6 +10,7 @@
 #include "game/game_fixture.h"
 #include "platform/posix/posix_process_launcher.h"
 #include "platform/qt/qt_file_tests.h"
+#include "support/built_programs.h"
 #include "support/event_pump.h"
 #include "support/process_watch.h"
 
@@ -23,7 +24,7 @@ class ChangingEngine {
   public:
     explicit ChangingEngine(const QString& fileName) {
         write(path(fileName), "#!/bin/sh\nread -r flags < '" + path(QStringLiteral("flags")).toUtf8() +
-                                  "'\nexec '" ORLIX_SCRIPTED_ENGINE "' $flags\n");
+                                  "'\nexec '" + scriptedEngineProgram + "' $flags\n");
         QFile(path(fileName)).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         config = engineNamed(fileName);
         config.executablePath = path(fileName);

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "e2e/soak.h"
+#include "support/built_programs.h"
 
 namespace orlix::e2e {
 namespace {
@@ -58,7 +59,7 @@ TEST(Program, survivesTwoMinutesOfRestlessUse) {
     Desktop desktop;
     AccessibleTree tree(desktop.busAddress());
     SoakedApplication application(desktop, tree, QStringLiteral(ORLIX_PROGRAM),
-                                  QStringLiteral(ORLIX_SCRIPTED_ENGINE));
+                                  QString::fromUtf8(scriptedEngineProgram));
     Soak soak(application, plan);
     ASSERT_NO_THROW(soak.run());
     EXPECT_GE(soak.samples().size(), 3U);

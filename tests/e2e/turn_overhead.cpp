@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "e2e/played_application.h"
+#include "support/built_programs.h"
 #include "support/endless_game.h"
 
 namespace orlix::e2e {
@@ -60,7 +61,8 @@ std::map<int, Times> timesIn(const QString& path) {
 TurnOverhead measureTurnOverhead(Desktop& desktop, AccessibleTree& tree, const QString& program, int plies) {
     const QList<PlayedEngine> engines{
         {QStringLiteral("Prompt"),
-         QStringLiteral("exec '" ORLIX_SCRIPTED_ENGINE "' --times=times --game=") + gameOf(plies)}};
+         QStringLiteral("exec '%1' --times=times --game=").arg(QString::fromUtf8(scriptedEngineProgram)) +
+             gameOf(plies)}};
     // The clicks are found by accessible names in one run and repeated in the one that is measured.
     {
         PlayedApplication application(desktop, tree, program, engines);

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/built_programs.h"
+
 namespace orlix::test {
 
 class DiskImageTool {
@@ -35,7 +37,7 @@ class DiskImageTool {
     /// From the next call on.
     void setFlags(const std::vector<std::string>& flags) const {
         std::string command =
-            "exec " + quoted(ORLIX_DISK_IMAGE_TOOL) + ' ' + quoted("--state=" + folder_.string());
+            "exec " + quoted(diskImageToolProgram) + ' ' + quoted("--state=" + folder_.string());
         for (const std::string& flag : flags)
             command += ' ' + quoted(flag);
         std::ofstream(path()) << "#!/bin/sh\n" << command << " \"$@\"\n";

@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include "support/built_programs.h"
+
 namespace orlix {
 
 class ScriptedEngine {
@@ -18,7 +20,8 @@ class ScriptedEngine {
     explicit ScriptedEngine(const QStringList& flags = {}, Wrapper wrapper = Wrapper::exec,
                             const QString& fileName = QStringLiteral("scripted engine")) {
         path_ = folder_.filePath(fileName);
-        QStringList words{QStringLiteral(ORLIX_SCRIPTED_ENGINE), QStringLiteral("--record=") + recordPath(),
+        QStringList words{QString::fromUtf8(scriptedEngineProgram),
+                          QStringLiteral("--record=") + recordPath(),
                           QStringLiteral("--pid-file=") + pidPath()};
         words += flags;
         for (QString& word : words)
