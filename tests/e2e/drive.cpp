@@ -5,14 +5,14 @@
 //   drive engines <program> <seconds>   the same while two engines play at one second a move
 //   drive overhead <program> <plies>    what the program adds to a move between two engines
 //   drive picture <program> <file.png> <plies>  a picture of the window after some plies of a game
-#include <unistd.h>
-
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <cstdio>
+#include <ctime>
 #include <exception>
+#include <stdexcept>
 
 #include "e2e/accessible_tree.h"
 #include "e2e/desktop.h"
@@ -36,13 +36,11 @@ void pause(int milliseconds) {
 
 // User and system time of the process itself in seconds; its children are not in it.
 double processorSeconds(qint64 processId) {
-    QFile file(QStringLiteral("/proc/%1/stat").arg(processId));
-    if (!file.open(QIODevice::ReadOnly)) return 0;
-    const QByteArray text = file.readAll();
-    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
-    constexpr int userTime = 11;  // counted after the name
-    return double(fields.value(userTime).toLongLong() + fields.value(userTime + 1).toLongLong()) /
-           double(sysconf(_SC_CLK_TCK));
+    clockid_t clock{};
+    timespec time{};
+    if (clock_getcpuclockid(static_cast<pid_t>(processId), &clock) != 0 || clock_gettime(clock, &time) != 0)
+        throw std::runtime_error("the program has gone");
+    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
 }
 
 void printShare(const PlayedApplication& application, int seconds) {
