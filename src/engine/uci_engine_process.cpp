@@ -83,6 +83,10 @@ class UCIEngineProcess::Impl {
   private:
     void onPending();
     void onNextTurn();
+    void beginTurn();
+    bool isTurnUsedUp() const {
+        return usedLines_ >= drainLinesUntimed && usedNanoseconds_ >= drainNanoseconds;
+    }
     void drain();
     bool interpret(const EngineOutput& current, EngineOutput::Event event);
     void continueHandshake(bool& isAwaited, void (Impl::*next)());
@@ -100,8 +104,11 @@ class UCIEngineProcess::Impl {
     bool awaitsUciOk_ = false;
     bool awaitsReadyOk_ = false;
 
-    // How much of the present turn of the event loop this engine has used; the timer marks the next turn.
+    // How much of the present turn of the event loop this engine has used. Once that is all it may, the timer
+    // brings the next turn; output that comes long after the turn began is in another one anyway, and needs
+    // no timer.
     QTimer nextTurn_;
+    QElapsedTimer turn_;
     qint64 usedNanoseconds_ = 0;
     int usedLines_ = 0;
 
@@ -142,6 +149,7 @@ void UCIEngineProcess::Impl::start(std::function<void(bool)> completion) {
     output_ = std::move(newOutput);
     child_ = std::move(launched.process);
     backlog_.clear();
+    beginTurn();
     isRunning = true;
     startCompletion_ = std::move(completion);
     awaitsUciOk_ = true;
@@ -176,9 +184,7 @@ void UCIEngineProcess::Impl::terminate() {
     if (child_) child_->terminate();
     child_.reset();
     backlog_.clear();
-    nextTurn_.stop();
-    usedNanoseconds_ = 0;
-    usedLines_ = 0;
+    beginTurn();
     startCompletion_ = {};
     awaitsUciOk_ = false;
     awaitsReadyOk_ = false;
@@ -189,14 +195,21 @@ void UCIEngineProcess::Impl::terminate() {
 }
 
 void UCIEngineProcess::Impl::onPending() {
-    const bool isTurnUsedUp = usedLines_ >= drainLinesUntimed && usedNanoseconds_ >= drainNanoseconds;
-    if (!isTurnUsedUp) drain();
+    if (nextTurn_.isActive()) return;
+    if (turn_.nsecsElapsed() >= drainNanoseconds) beginTurn();
+    drain();
 }
 
 void UCIEngineProcess::Impl::onNextTurn() {
+    beginTurn();
+    drain();
+}
+
+void UCIEngineProcess::Impl::beginTurn() {
+    nextTurn_.stop();
+    turn_.start();
     usedNanoseconds_ = 0;
     usedLines_ = 0;
-    drain();
 }
 
 void UCIEngineProcess::Impl::drain() {
@@ -205,7 +218,6 @@ void UCIEngineProcess::Impl::drain() {
     if (!current) return;
     if (backlog_.empty()) current->takeAll(backlog_);
     if (backlog_.empty()) return;
-    if (!nextTurn_.isActive()) nextTurn_.start();
     QElapsedTimer elapsed;
     elapsed.start();
     const qint64 usedBefore = usedNanoseconds_;
@@ -215,13 +227,12 @@ void UCIEngineProcess::Impl::drain() {
         backlog_.pop_front();
         if (!interpret(*current, std::move(event))) return;
         usedNanoseconds_ = usedBefore + elapsed.nsecsElapsed();
-        if (++usedLines_ >= drainLinesUntimed && usedNanoseconds_ >= drainNanoseconds) break;
+        ++usedLines_;
+        if (isTurnUsedUp()) break;
         if (backlog_.empty()) current->takeAll(backlog_);
     }
     isDraining_ = false;
-    // Also without a backlog: only the timer frees a turn that is used up, and a handler's own event loop may
-    // have spent it.
-    if (!nextTurn_.isActive()) nextTurn_.start();
+    if (isTurnUsedUp() && !nextTurn_.isActive()) nextTurn_.start();
     announceDrained();
 }
 

@@ -498,11 +498,12 @@ TEST_F(UCIEngineProcessTest, aHandlersOwnEventLoopDoesNotUseUpTheTurnForGood) {
     qint64 updates = 0;
     engine.setOnEvaluationUpdate([&](const EngineEvaluation&) {
         if (++updates > 1) return;
-        QTest::qWait(20);  // the turn's own timer runs out in here
+        QTest::qWait(20);  // as long as several turns
         // Together with the present line just as many as end the turn, and none left over.
         for (int i = 0; i < 31; ++i)
             launcher_.last().say("info nodes 1\n");
     });
+    QTest::qWait(20);  // the turn of the handshake is over
     hear("info depth 1\n");
     EXPECT_EQ(updates, 32);
     hear("info depth 2\n");

@@ -24,9 +24,8 @@ void Waker::wake() {
 }
 
 void Waker::onReadable() {
-    std::array<char, 64> bytes;
-    while (::read(ends_[0].get(), bytes.data(), bytes.size()) > 0) {
-    }
+    std::array<char, 64> bytes;  // what more there is wakes once more
+    [[maybe_unused]] const ssize_t count = ::read(ends_[0].get(), bytes.data(), bytes.size());
     onWake_();  // may destroy this object
 }
 
