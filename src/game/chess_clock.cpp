@@ -18,6 +18,10 @@ qint64 elapsedMs(system_clock::time_point from, system_clock::time_point to) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(system_clock::duration(ticks)).count();
 }
 
+QLatin1Char digit(qint64 value) {
+    return QLatin1Char(static_cast<char>('0' + value));
+}
+
 }  // namespace
 
 ChessClock::ChessClock(const TimeControlConfig& config, TimeSource& time, QObject* parent)
@@ -121,11 +125,16 @@ QString ChessClock::formattedTime(PieceColor color) const {
     if (isUnlimited_) return QStringLiteral("--:--");
     const qint64 ms = remainingMs(color);
     const qint64 totalSeconds = std::max<qint64>(ms / 1000, 0);
-    const qint64 minutes = totalSeconds / 60;
     const qint64 seconds = totalSeconds % 60;
-    if (totalSeconds > 9) return QString::asprintf("%lld:%02lld", minutes, seconds);
-    const qint64 tenths = std::max<qint64>(ms % 1000 / 100, 0);
-    return QString::asprintf("%lld:%02lld.%lld", minutes, seconds, tenths);
+    // Read twenty times a second while a clock runs: put together by hand.
+    QString text = QString::number(totalSeconds / 60);
+    text += QLatin1Char(':');
+    text += digit(seconds / 10);
+    text += digit(seconds % 10);
+    if (totalSeconds > 9) return text;
+    text += QLatin1Char('.');
+    text += digit(std::max<qint64>(ms % 1000 / 100, 0));
+    return text;
 }
 
 }  // namespace orlix
