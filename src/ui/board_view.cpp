@@ -83,7 +83,8 @@ void BoardView::Impl::advanceMotion() {
     }
     const QRegion before = motionArea();
     progress_ = curve.valueForProgress(qreal(elapsed_.elapsed()) / travelMs);
-    view_.update(before + motionArea());
+    view_.repaint(before +
+                  motionArea());  // at once: a posted request would cost another turn of the event loop
 }
 
 void BoardView::Impl::finishMotion() {

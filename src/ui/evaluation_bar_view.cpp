@@ -25,7 +25,8 @@ constexpr qreal plateRadius = 4;
 constexpr qreal plateSidePadding = 1;
 constexpr QColor rim(255, 255, 255, 38);  // the line inside the edge, laid over both segments
 constexpr int animationMs = 250;
-constexpr int frameMs = 33;
+constexpr int frameMs = 50;
+constexpr int smallestStep = 2;  // device pixels: less is not worth a picture of its own
 
 QColor darkColor() {
     return QColor::fromRgbF(0.18f, 0.20f, 0.22f);
@@ -42,6 +43,7 @@ class EvaluationBarView::Impl {
         font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
         font.setPixelSize(labelFontSize);
         font.setWeight(QFont::Bold);
+        capHeight = QFontMetricsF(font).capHeight();
         frames->setInterval(frameMs);
         frames->setTimerType(Qt::CoarseTimer);
         connect(frames, &QTimer::timeout, &view, [this] { advance(); });
@@ -56,16 +58,24 @@ class EvaluationBarView::Impl {
         view.setAccessibleName(caption.isEmpty() ? label : caption + QStringLiteral(": ") + label);
     }
     void moveTo(double fraction);
-    void show(double fraction);
+    QRect stepTo(double fraction);
+    double valueNow();
     void advance();
+    bool reachesCorners(const QRect& area) const {
+        return area.top() < cornerRadius || area.bottom() >= view.height() - cornerRadius;
+    }
     QRectF plateRect() const;
+    void paintSurroundings(QPainter& painter, const QRect& dirty) const;
     void paintSegments(QPainter& painter, const QRect& dirty) const;
     void paintLabel(QPainter& painter) const;
 
     EvaluationBarView& view;
     QFont font;
+    qreal capHeight = 0;
     QString label = QStringLiteral("0.00");
     QString caption;
+    QColor ground;  ///< invalid: nothing is painted behind the corners
+    QColor line;
     bool isFlipped = false;
     bool isAnimated = true;
     double target = 0.5;  ///< the light segment's share of the height
@@ -76,11 +86,12 @@ class EvaluationBarView::Impl {
 };
 
 void EvaluationBarView::Impl::moveTo(double fraction) {
+    if (frames->isActive()) view.update(stepTo(valueNow()));  // this step goes with the label's picture
     target = fraction;
     const bool isVisibleChange = lightPixels(shown) != lightPixels(target);
     if (!isAnimated || !view.isVisible() || !isVisibleChange) {
         frames->stop();
-        show(target);
+        view.update(stepTo(target));
         return;
     }
     start = shown;
@@ -88,34 +99,51 @@ void EvaluationBarView::Impl::moveTo(double fraction) {
     frames->start();
 }
 
-// Only the strip that the edge has crossed is painted again.
-void EvaluationBarView::Impl::show(double fraction) {
-    const int before = lightPixels(std::exchange(shown, fraction));
-    const int after = lightPixels(shown);
-    if (before == after) return;
+// What is to be painted again: only the strip that the edge has crossed.
+QRect EvaluationBarView::Impl::stepTo(double fraction) {
+    const int before = lightPixels(shown);
+    const int after = lightPixels(fraction);
+    if (qAbs(after - before) < smallestStep && fraction != target) return {};
+    shown = fraction;
+    if (before == after) return {};
     const qreal top = view.height() - qMax(before, after) / ratio();
     const qreal bottom = view.height() - qMin(before, after) / ratio();
-    view.update(QRectF(0, top, view.width(), bottom - top).toAlignedRect());
+    return QRectF(0, top, view.width(), bottom - top).toAlignedRect();
 }
 
-void EvaluationBarView::Impl::advance() {
+double EvaluationBarView::Impl::valueNow() {
     static const QEasingCurve curve(QEasingCurve::InOutQuad);
     const double progress = qMin(1.0, double(elapsed.elapsed()) / animationMs);
     if (progress >= 1) frames->stop();
-    show(progress >= 1 ? target : start + (target - start) * curve.valueForProgress(progress));
+    return progress >= 1 ? target : start + (target - start) * curve.valueForProgress(progress);
+}
+
+void EvaluationBarView::Impl::advance() {
+    const QRect step = stepTo(valueNow());
+    // At once: a posted request would cost another turn of the event loop.
+    if (!step.isEmpty()) view.repaint(step);
 }
 
 QRectF EvaluationBarView::Impl::plateRect() const {
-    const qreal height = QFontMetricsF(font).capHeight() + 2 * labelPadding;
+    const qreal height = capHeight + 2 * labelPadding;
     const qreal top = isFlipped ? plateInset : view.height() - plateInset - height;
     return {plateInset, top, view.width() - 2 * plateInset, height};
+}
+
+void EvaluationBarView::Impl::paintSurroundings(QPainter& painter, const QRect& dirty) const {
+    if (!ground.isValid()) return;
+    painter.fillRect(dirty, ground);
+    if (!reachesCorners(dirty)) return;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(line);
+    painter.drawRoundedRect(QRectF(view.rect()).adjusted(-0.5, -0.5, 0.5, 0.5), cornerRadius, cornerRadius);
 }
 
 void EvaluationBarView::Impl::paintSegments(QPainter& painter, const QRect& dirty) const {
     const QRectF bar = view.rect();
     const qreal scale = painter.deviceTransform().m22();
     const qreal edge = bar.bottom() - qRound(shown * bar.height() * scale) / scale;
-    const bool isRound = dirty.top() < cornerRadius || dirty.bottom() >= bar.bottom() - cornerRadius;
+    const bool isRound = reachesCorners(dirty);
     const bool isPixelExact = scale == qRound(scale);
     QPainterPath shape;
     if (isRound || !isPixelExact) shape.addRoundedRect(bar, cornerRadius, cornerRadius);
@@ -146,13 +174,12 @@ void EvaluationBarView::Impl::paintLabel(QPainter& painter) const {
     painter.drawRoundedRect(plate, plateRadius, plateRadius);
     // The bar is narrower than five bold digits in many fonts: the text is then squeezed sideways, its height
     // stays.
-    const QFontMetricsF fontMetrics(font);
-    const qreal textWidth = fontMetrics.horizontalAdvance(label);
+    const qreal textWidth = QFontMetricsF(font).horizontalAdvance(label);
     const qreal room = plate.width() - 2 * plateSidePadding;
     const qreal squeeze = textWidth > room ? room / textWidth : 1;
     painter.setFont(font);
     painter.setPen(hasWhiteText() ? Qt::white : Qt::black);
-    painter.translate(plate.center().x(), plate.center().y() + fontMetrics.capHeight() / 2);
+    painter.translate(plate.center().x(), plate.center().y() + capHeight / 2);
     painter.scale(squeeze, 1);
     painter.drawText(QPointF(-textWidth / 2, 0), label);
 }
@@ -195,8 +222,15 @@ void EvaluationBarView::setAnimated(bool animated) {
     impl_->isAnimated = animated;
     if (!animated) {
         impl_->frames->stop();
-        impl_->show(impl_->target);
+        update(impl_->stepTo(impl_->target));
     }
+}
+
+void EvaluationBarView::setSurroundings(const QColor& ground, const QColor& line) {
+    impl_->ground = ground;
+    impl_->line = line;
+    setAttribute(Qt::WA_OpaquePaintEvent, ground.isValid());
+    update();
 }
 
 QSize EvaluationBarView::sizeHint() const {
@@ -205,6 +239,7 @@ QSize EvaluationBarView::sizeHint() const {
 
 void EvaluationBarView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
+    impl_->paintSurroundings(painter, event->rect());
     impl_->paintSegments(painter, event->rect());
     if (event->rect().intersects(impl_->plateRect().toAlignedRect())) impl_->paintLabel(painter);
 }

@@ -21,6 +21,9 @@ class EvaluationBarView : public QWidget {
     /// What assistive technology calls the score, in the interface's language.
     void setCaption(const QString& caption);
     void setAnimated(bool animated);  ///< false: heights change at once
+    /// The colours behind the rounded corners and of the line around the bar. With them the bar paints every
+    /// pixel of its own, and what is behind it need not be painted for each step of a motion.
+    void setSurroundings(const QColor& ground, const QColor& line);
 
     QSize sizeHint() const override;
 

@@ -23,6 +23,8 @@ namespace orlix {
 namespace {
 
 constexpr qint64 lowTimeMs = 10'000;
+// In its first moments an engine has more to say than anyone can read, and each word costs a picture.
+constexpr std::chrono::milliseconds evaluationInterval{200};
 
 /// The pieces of `color`'s opponent that are gone, queens first and each type together.
 std::vector<Piece> capturesOf(PieceColor color, const ChessBoard& board) {
@@ -51,6 +53,7 @@ MainView::MainView(const Collaborators& with, QWidget* parent)
       game_(with.game),
       loc_(with.loc),
       theme_(with.theme),
+      time_(with.time),
       banners_{Banner{new PlayerBannerView(with.theme, this), {}},
                Banner{new PlayerBannerView(with.theme, this), {}}},
       board_(new BoardView(with.game, with.loc, with.theme, with.system, this)),
@@ -64,11 +67,17 @@ MainView::MainView(const Collaborators& with, QWidget* parent)
 
     connect(&game_, &GameManager::changed, this, [this] { showGame(); });
     connect(&game_, &GameManager::enginesChanged, this, [this] { showGame(); });
-    connect(&game_, &GameManager::liveEvaluationChanged, this, &MainView::showEvaluation);
+    connect(&game_, &GameManager::liveEvaluationChanged, this, &MainView::followEvaluation);
     connect(&game_.clock(), &ChessClock::changed, this, &MainView::showClock);
     const auto nameBar = [this] { evaluationBar_->setCaption(loc_.text(ExtraText::evaluation)); };
     nameBar();
     connect(&loc_, &LocalizationManager::changed, this, nameBar);
+    const auto colourBar = [this] {
+        const QColor ground = theme_.color(ColorRole::window);
+        evaluationBar_->setSurroundings(ground, theme_.hairlineOn(ground));
+    };
+    colourBar();
+    connect(&theme_, &Theme::changed, this, colourBar);
     connect(&theme_, &Theme::changed, this, qOverload<>(&MainView::update));
     connect(notice_, &EngineNoticeView::sizeChanged, this, &MainView::layOutChildren);
     showGame();
@@ -98,12 +107,9 @@ void MainView::resizeEvent(QResizeEvent* event) {
     layOutChildren();
 }
 
-void MainView::paintEvent(QPaintEvent* event) {
+void MainView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), theme_.color(ColorRole::window));
-    // The line around the bar reaches below it at its corners only.
-    const int corner = metrics::controlRadius;
-    if (evaluationBar_->geometry().adjusted(0, corner, 0, -corner).contains(event->rect())) return;
     // The bar's light part is almost the window's colour in the light scheme.
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(theme_.hairlineOn(theme_.color(ColorRole::window)));
@@ -176,7 +182,20 @@ void MainView::showClock() {
     }
 }
 
+void MainView::followEvaluation() {
+    if (nextEvaluation_) return;
+    const auto since = time_.now() - evaluationShown_;
+    if (since < since.zero() || since >= evaluationInterval) {
+        showEvaluation();
+        return;
+    }
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(evaluationInterval - since);
+    nextEvaluation_ = time_.after(wait, [this] { showEvaluation(); });
+}
+
 void MainView::showEvaluation() {
+    nextEvaluation_.reset();
+    evaluationShown_ = time_.now();
     evaluationBar_->setValues(game_.liveEvaluation(), game_.liveEvaluationTurn(), game_.isFlipped());
 }
 

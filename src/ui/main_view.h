@@ -4,7 +4,10 @@
 
 #include <QWidget>
 #include <array>
+#include <chrono>
+#include <memory>
 
+#include "platform/time_source.h"
 #include "ui/player_banner_view.h"
 #include "ui/player_info.h"
 
@@ -21,7 +24,6 @@ class PGNExporter;
 class RightPanelView;
 class SystemSettings;
 class Theme;
-class TimeSource;
 
 class MainView : public QWidget {
     Q_OBJECT
@@ -66,16 +68,20 @@ class MainView : public QWidget {
     void showGame();
     void showGame(Banner& banner, PieceColor color);
     void showClock();
+    void followEvaluation();
     void showEvaluation();
 
     GameManager& game_;
     LocalizationManager& loc_;
     Theme& theme_;
+    TimeSource& time_;
     std::array<Banner, 2> banners_;  ///< top and bottom
     BoardView* board_;
     EvaluationBarView* evaluationBar_;
     RightPanelView* rightPanel_;
     EngineNoticeView* notice_;
+    std::chrono::system_clock::time_point evaluationShown_;
+    std::unique_ptr<Timer> nextEvaluation_;  ///< pending while there is one to show
     bool wasShown_ = false;
 };
 

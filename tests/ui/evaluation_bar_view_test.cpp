@@ -227,6 +227,48 @@ TEST_F(EvaluationBarTest, aStripPaintedAloneLooksAsInTheWholePicture) {
     }
 }
 
+TEST_F(EvaluationBarTest, withItsSurroundingsItCoversWhatIsBehindIt) {
+    const QColor ground(10, 200, 30);
+    bar_.setValues(centipawns(150), PieceColor::white, false);
+    bar_.setSurroundings(ground, Qt::yellow);
+    const QImage image = pictureOf(bar_, 1);
+    EXPECT_TRUE(isNear(image.pixelColor(0, 0), ground));
+    EXPECT_TRUE(isNear(image.pixelColor(31, 399), ground));
+    for (const qreal ratio : {1.0, 1.5, 2.0}) {
+        for (const QRect& strip : {QRect(0, 60, 32, 100), QRect(0, 360, 32, 40), QRect(0, 0, 32, 20)})
+            EXPECT_EQ(test::repaintedPictureOf(bar_, ratio, strip), pictureOf(bar_, ratio))
+                << ratio << " " << strip.top();
+    }
+
+    QWidget window;
+    window.resize(100, 420);
+    bar_.setParent(&window);
+    window.show();
+    settle();
+    PaintWatch behind(window);
+    PaintWatch paints(bar_);
+    bar_.setValues(mate(2), PieceColor::white, false);
+    settle();
+    EXPECT_GE(paints.count, 1);
+    EXPECT_EQ(behind.count, 0);
+    bar_.setParent(nullptr);
+}
+
+TEST_F(EvaluationBarTest, aStepOfOneDevicePixelIsNoPictureOfItsOwn) {
+    bar_.setAnimated(true);
+    bar_.setValues(centipawns(0), PieceColor::white, false);
+    bar_.show();
+    settle();
+    PaintWatch paints(bar_);
+    // Six pixels: at most every second one is shown, and the label once.
+    bar_.setValues(centipawns(24), PieceColor::white, false);
+    EXPECT_TRUE(pumpUntil([this] { return !timerRuns(); }));
+    settle();
+    EXPECT_GE(paints.count, 2);
+    EXPECT_LE(paints.count, 4);
+    EXPECT_EQ(lightHeight(), 206);
+}
+
 TEST_F(EvaluationBarTest, aChangeUnderOneDevicePixelDoesNotMove) {
     bar_.setAnimated(true);
     bar_.show();
@@ -248,7 +290,7 @@ TEST_F(EvaluationBarTest, heightsTravelAndThenNoTimerRuns) {
     EXPECT_TRUE(pumpUntil([this] { return !timerRuns(); }));
     settle();
     EXPECT_GE(paints.count, 1);
-    EXPECT_LE(paints.count, 10) << "a quarter of a second at thirty frames, and the label";
+    EXPECT_LE(paints.count, 7) << "a quarter of a second at twenty frames, and the label";
     EXPECT_EQ(lightHeight(), 380);
 }
 

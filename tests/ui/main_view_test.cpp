@@ -10,6 +10,8 @@
 namespace orlix {
 namespace {
 
+using namespace std::chrono_literals;
+
 /// A capture for each side: White is up a knight for a pawn.
 const QStringList captures{QStringLiteral("e2e4"), QStringLiteral("d7d5"), QStringLiteral("e4d5"),
                            QStringLiteral("d8d5"), QStringLiteral("b1c3"), QStringLiteral("d5e5"),
@@ -155,6 +157,43 @@ TEST_F(MainViewTest, nobodyIsToMoveAfterTheEnd) {
     EXPECT_EQ(shownAt(true), pictureOf(values(PieceColor::black, QStringLiteral("Player 2"), false)));
 }
 
+TEST_F(MainViewTest, evaluationsAreShownAtMostFiveTimesASecondAndTheLastOneIsShown) {
+    installEngine();
+    showWindow();
+    ASSERT_TRUE(eventually([this] { return launcher.engines().size() == 1; }));
+    click("e2");
+    click("e4");
+    ASSERT_TRUE(eventually([this] { return launcher.lastHeard("go wtime"); }));
+    const auto* bar = find<EvaluationBarView>();
+    const auto say = [&](qint64 depth) {
+        launcher.say("info depth " + QByteArray::number(depth) + " score cp " +
+                     QByteArray::number(100 * depth));
+        return eventually([&] { return game->liveEvaluation().depth == depth; });
+    };
+    time.advance(200ms);
+    ASSERT_TRUE(say(1));
+    EXPECT_EQ(bar->accessibleName(), QStringLiteral("Evaluation: +1.00"));
+    time.advance(140ms);
+    ASSERT_TRUE(say(2));
+    ASSERT_TRUE(say(3));
+    time.advance(59ms);
+    EXPECT_EQ(bar->accessibleName(), QStringLiteral("Evaluation: +1.00"));
+    time.advance(1ms);
+    EXPECT_EQ(bar->accessibleName(), QStringLiteral("Evaluation: +3.00"));
+    ASSERT_TRUE(say(4));
+    EXPECT_EQ(bar->accessibleName(), QStringLiteral("Evaluation: +3.00"));
+    ASSERT_TRUE(eventually([this] {
+        launcher.say("bestmove e7e5");
+        return game->board().history.size() == 2;
+    }));
+    EXPECT_EQ(bar->accessibleName(), QStringLiteral("Evaluation: +4.00")) << "a move waits for nothing";
+    // The wall clock may be set back.
+    time.setNow(time.now() - 1h);
+    launcher.say("info depth 5 score cp 500");
+    ASSERT_TRUE(eventually([&] { return game->liveEvaluation().depth == 5; }));
+    EXPECT_EQ(bar->accessibleName(), QStringLiteral("Evaluation: +5.00"));
+}
+
 TEST_F(MainViewTest, personPlaysTheEngineByClicks) {
     installEngine();
     showWindow();
@@ -170,10 +209,12 @@ TEST_F(MainViewTest, personPlaysTheEngineByClicks) {
     engine.isThinking = true;
     EXPECT_EQ(shownAt(true), pictureOf(engine));
 
+    time.setNow(time.now() + 200ms);  // no evaluation was shown just now
     launcher.say("info depth 12 score cp -35 pv e7e5");
     ASSERT_TRUE(eventually([this] { return game->liveEvaluation().depth == 12; }));
     EvaluationBarView bar(find<MainView>());
     bar.setAnimated(false);
+    bar.setSurroundings(theme.color(ColorRole::window), theme.hairlineOn(theme.color(ColorRole::window)));
     bar.resize(find<EvaluationBarView>()->size());
     bar.setValues(game->liveEvaluation(), PieceColor::black, false);
     EXPECT_EQ(find<EvaluationBarView>()->grab().toImage(), bar.grab().toImage());
