@@ -83,8 +83,10 @@ void BoardView::Impl::advanceMotion() {
     }
     const QRegion before = motionArea();
     progress_ = curve.valueForProgress(qreal(elapsed_.elapsed()) / travelMs);
-    view_.repaint(before +
-                  motionArea());  // at once: a posted request would cost another turn of the event loop
+    const QRegion after = motionArea();
+    const bool isSlowEnd = motion_.fading.empty() && after == before;
+    // At once: a posted request would cost another turn of the event loop.
+    if (!isSlowEnd) view_.repaint(before + after);
 }
 
 void BoardView::Impl::finishMotion() {
