@@ -21,7 +21,7 @@ const QStringList captures{QStringLiteral("e2e4"), QStringLiteral("d7d5"), QStri
 class MainViewTest : public test::ShellTest {
   protected:
     /// What a banner that shows `values` looks like.
-    QImage pictureOf(PlayerBannerView::Values values) {
+    QImage pictureOf(const PlayerBannerView::Values& values) {
         PlayerBannerView reference(theme, find<MainView>());
         reference.setGeometry(banner(true)->geometry());
         reference.setValues(values);
