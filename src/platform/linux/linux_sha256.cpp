@@ -42,16 +42,17 @@ const Library& library() {
 
 struct Sha256::State {
     State() {
-        if (!library().isLoaded()) throw std::runtime_error(ORLIX_LIBCRYPTO " cannot be loaded");
-        context = library().newContext();
-        if (context != nullptr && library().init(context, library().sha256(), nullptr) == 1) return;
-        library().freeContext(context);
+        if (!functions.isLoaded()) throw std::runtime_error(ORLIX_LIBCRYPTO " cannot be loaded");
+        context = functions.newContext();
+        if (context != nullptr && functions.init(context, functions.sha256(), nullptr) == 1) return;
+        functions.freeContext(context);
         throw std::runtime_error(ORLIX_LIBCRYPTO " has no SHA-256");
     }
-    ~State() { library().freeContext(context); }
+    ~State() { functions.freeContext(context); }
     State(const State&) = delete;
     State& operator=(const State&) = delete;
 
+    const Library& functions = library();
     EVP_MD_CTX* context = nullptr;
 };
 
@@ -59,13 +60,13 @@ Sha256::Sha256() : state_(std::make_unique<State>()) {}
 Sha256::~Sha256() = default;
 
 void Sha256::add(const void* bytes, std::size_t size) {
-    library().update(state_->context, bytes, size);
+    state_->functions.update(state_->context, bytes, size);
 }
 
 std::string Sha256::finish() {
     unsigned char digest[EVP_MAX_MD_SIZE];
     unsigned int length = 0;
-    library().finish(state_->context, digest, &length);
+    state_->functions.finish(state_->context, digest, &length);
     return hexadecimal(digest, length);
 }
 

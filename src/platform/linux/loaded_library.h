@@ -11,10 +11,11 @@ class LoadedLibrary {
     /// `fileName` as the loader looks for it: a path, or a name with its version.
     explicit LoadedLibrary(const char* fileName) : handle_(dlopen(fileName, RTLD_NOW | RTLD_LOCAL)) {}
 
-    /// Sets `function` to the one of that name; to null when there is no such function, or no library.
+    /// Sets `function` to the one of that name, to null when there is none; without a library it stays as it
+    /// is.
     template <typename Function>
     void find(const char* name, Function& function) const {
-        function = handle_ != nullptr ? reinterpret_cast<Function>(dlsym(handle_, name)) : nullptr;
+        if (handle_ != nullptr) function = reinterpret_cast<Function>(dlsym(handle_, name));
     }
 
   private:
