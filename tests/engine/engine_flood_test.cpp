@@ -114,7 +114,6 @@ TEST_F(EngineFloodTest, aFloodThatNobodyTakesWaitsInThePipe) {
         EXPECT_LT(growth(), allowedGrowth);
     }
     engine_->terminate();
-    EXPECT_EQ(launcher_.childCount(), 1U) << "its end is not waited for";
     EXPECT_TRUE(pumpUntil([this] { return launcher_.childCount() == 0; }));
 }
 
