@@ -134,6 +134,7 @@ void PanelHeader::arrange() {
     language_->setGeometry(width() - margin - languageWidth_, (height() - 30) / 2, languageWidth_, 30);
 
     const int room = language_->x() - margin - metrics::space2;
+    if (room <= 0) return;  // it has no size yet: no text is measured for that
     const bool saysMore = !secondary_->text().isEmpty();
     const int badgeRoom = saysMore ? room - leastSecondary - metrics::space2 : room;
     const int badgeWidth = badge_->widthWithin(badgeRoom);
