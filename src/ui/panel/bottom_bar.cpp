@@ -85,15 +85,16 @@ void BottomBar::retranslate() {
 /// Every label on one line where the bar has the room for that, otherwise on as many as it has words.
 QList<qreal> BottomBar::needs(int width) const {
     QList<qreal> lines;
-    QList<qreal> words;
-    for (const PanelButton* button : buttons_) {
+    for (const PanelButton* button : buttons_)
         lines.append(button->widthFor(button->label()) + 2 * sidePadding);
-        words.append(button->leastWidth() + 2 * sidePadding);
-    }
     // It stays as wide when its label changes.
     for (const QString& label : {pauseLabel(), resumeLabel()})
         lines[pause] = qMax<qreal>(lines[pause], buttons_[pause]->widthFor(label) + 2 * sidePadding);
-    return std::accumulate(lines.begin(), lines.end(), 0.0) <= roomFor(width) ? lines : words;
+    if (std::accumulate(lines.begin(), lines.end(), 0.0) <= roomFor(width)) return lines;
+    QList<qreal> words;
+    for (const PanelButton* button : buttons_)
+        words.append(button->leastWidth() + 2 * sidePadding);
+    return words;
 }
 
 QList<QRect> BottomBar::places(int width) const {
