@@ -34,6 +34,15 @@ class MainViewTest : public test::ShellTest {
         }
         return nullptr;
     }
+    /// A person has played e2e4 against an engine.
+    void letTheEngineThink() {
+        installEngine();
+        showWindow();
+        ASSERT_TRUE(eventually([this] { return launcher.engines().size() == 1; }));
+        click("e2");
+        click("e4");
+        ASSERT_TRUE(eventually([this] { return launcher.lastHeard("go wtime"); }));
+    }
     QImage shownAt(bool isTop) const { return banner(isTop)->grab().toImage(); }
     static PlayerBannerView::Values values(PieceColor color, const QString& name, bool isActive,
                                            const QString& time = QStringLiteral("5:00")) {
@@ -158,12 +167,7 @@ TEST_F(MainViewTest, nobodyIsToMoveAfterTheEnd) {
 }
 
 TEST_F(MainViewTest, evaluationsAreShownAtMostFiveTimesASecondAndTheLastOneIsShown) {
-    installEngine();
-    showWindow();
-    ASSERT_TRUE(eventually([this] { return launcher.engines().size() == 1; }));
-    click("e2");
-    click("e4");
-    ASSERT_TRUE(eventually([this] { return launcher.lastHeard("go wtime"); }));
+    ASSERT_NO_FATAL_FAILURE(letTheEngineThink());
     const auto* bar = find<EvaluationBarView>();
     const auto say = [&](qint64 depth) {
         launcher.say("info depth " + QByteArray::number(depth) + " score cp " +
@@ -195,12 +199,7 @@ TEST_F(MainViewTest, evaluationsAreShownAtMostFiveTimesASecondAndTheLastOneIsSho
 }
 
 TEST_F(MainViewTest, personPlaysTheEngineByClicks) {
-    installEngine();
-    showWindow();
-    ASSERT_TRUE(eventually([this] { return launcher.engines().size() == 1; }));
-    click("e2");
-    click("e4");
-    ASSERT_TRUE(eventually([this] { return launcher.lastHeard("go wtime"); }));
+    ASSERT_NO_FATAL_FAILURE(letTheEngineThink());
     EXPECT_TRUE(launcher.lastHeard("position startpos moves e2e4"));
 
     auto engine = values(PieceColor::black, QStringLiteral("Puppet"), true);
