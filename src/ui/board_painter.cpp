@@ -1,8 +1,9 @@
 #include "ui/board_painter.h"
 
-#include <QFontDatabase>
 #include <QPainter>
 #include <QRegion>
+
+#include "ui/theme.h"
 
 namespace orlix {
 
@@ -115,7 +116,7 @@ void BoardPainter::paintCoordinates(QPainter& painter, const BoardGeometry& geom
     if (!showsFile && !showsRank) return;
     const int pixels = qRound(coordinateSize * geometry.ratio);
     if (pixels != coordinatePixels_) {
-        coordinateFont_ = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        coordinateFont_ = Theme::font(TextStyle::monospaced);
         coordinateFont_.setPixelSize(pixels);
         coordinateFont_.setWeight(QFont::Bold);
         coordinatePixels_ = pixels;

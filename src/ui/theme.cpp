@@ -13,6 +13,7 @@ namespace orlix {
 namespace {
 
 Theme* sharedInstance = nullptr;
+QString monospaceFamily;  // empty: as the system names it
 
 struct Token {
     QRgb light;
@@ -131,6 +132,16 @@ QColor Theme::inkOn(ColorRole role, const QColor& ground) const {
     return color(ColorRole::text);
 }
 
+void Theme::nameGenericFamilies(const QString& sansSerif, const QString& monospace) {
+    QFont font = QApplication::font();
+    const bool isGeneric = font.family().compare(QLatin1String("Sans Serif"), Qt::CaseInsensitive) == 0;
+    if (isGeneric && !sansSerif.isEmpty()) {
+        font.setFamily(sansSerif);
+        QApplication::setFont(font);
+    }
+    monospaceFamily = monospace;
+}
+
 QFont Theme::font(TextStyle style) {
     QFont font = QApplication::font();
     switch (style) {
@@ -154,6 +165,9 @@ QFont Theme::font(TextStyle style) {
             break;
         case TextStyle::monospaced:
             font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+            if (!monospaceFamily.isEmpty() &&
+                font.family().compare(QLatin1String("monospace"), Qt::CaseInsensitive) == 0)
+                font.setFamily(monospaceFamily);
             font.setPixelSize(12);
             break;
     }

@@ -69,6 +69,10 @@ class Theme : public QObject {
     QColor inkOn(ColorRole role, const QColor& ground) const;
     /// The system's interface font in the size and weight of `style`; pixel sizes.
     static QFont font(TextStyle style);
+    /// Sets installed families in place of the two generic names that stand where no desktop has named
+    /// others. Qt would load every size twice, once for the generic name and once for the family behind it.
+    /// An empty name changes nothing.
+    static void nameGenericFamilies(const QString& sansSerif, const QString& monospace);
     /// The tokens as a palette, for the standard widgets inside a window (fields, menus, scroll bars).
     QPalette palette() const;
 

@@ -138,6 +138,32 @@ TEST(Theme, fontsHaveTheDesignsSizes) {
     EXPECT_EQ(Theme::font(TextStyle::clock).pixelSize(), 18);
 }
 
+TEST(Theme, genericNamesGiveWayToInstalledFamiliesAndOthersStay) {
+    const QFont before = QApplication::font();
+    QFont generic = before;
+    generic.setFamily(QStringLiteral("Sans Serif"));
+    QApplication::setFont(generic);
+    Theme::nameGenericFamilies(QString(), QString());
+    EXPECT_EQ(Theme::font(TextStyle::body).family(), QStringLiteral("Sans Serif"));
+    const QString fixed = Theme::font(TextStyle::monospaced).family();
+
+    Theme::nameGenericFamilies(QStringLiteral("DejaVu Sans"), QStringLiteral("DejaVu Sans Mono"));
+    EXPECT_EQ(Theme::font(TextStyle::body).family(), QStringLiteral("DejaVu Sans"));
+    EXPECT_EQ(Theme::font(TextStyle::body).pixelSize(), 13);
+    EXPECT_EQ(Theme::font(TextStyle::monospaced).family(),
+              fixed.compare(QLatin1String("monospace"), Qt::CaseInsensitive) == 0
+                  ? QStringLiteral("DejaVu Sans Mono")
+                  : fixed);
+
+    // What a desktop or a person has chosen stands.
+    generic.setFamily(QStringLiteral("Cantarell"));
+    QApplication::setFont(generic);
+    Theme::nameGenericFamilies(QStringLiteral("DejaVu Sans"), QString());
+    EXPECT_EQ(Theme::font(TextStyle::body).family(), QStringLiteral("Cantarell"));
+    EXPECT_EQ(Theme::font(TextStyle::monospaced).family(), fixed);
+    QApplication::setFont(before);
+}
+
 TEST(Theme, runningNumbersTakeTheSameRoomWhateverTheirDigits) {
     const QFont font = Theme::font(TextStyle::clock);
     EXPECT_DOUBLE_EQ(tabularWidth(font, QStringLiteral("1:11")), tabularWidth(font, QStringLiteral("8:08")));
