@@ -25,9 +25,9 @@
 #include "platform/qt/qt_time_source.h"
 #include "records/pgn_exporter.h"
 #include "ui/app_delegate.h"
+#include "ui/first_icons.h"
 #include "ui/lean_style.h"
 #include "ui/main_window.h"
-#include "ui/piece_glyph.h"
 #include "ui/theme.h"
 #include "update/update_controller.h"
 #include "update/update_service.h"
@@ -70,7 +70,7 @@ const char* commandLineAnswer(int argc, char** argv) {
 constexpr std::chrono::milliseconds longestHold{1000};
 
 int run(QApplication& application, const UpdateParts& parts) {
-    startLoadingPieceGlyphs();
+    startDrawingFirstIcons(application.devicePixelRatio());
     PosixQuitSignals quitSignals;
     QObject::connect(&quitSignals, &PosixQuitSignals::received, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
@@ -146,13 +146,18 @@ int runApplication(int argc, char** argv, UpdateParts (*makeUpdateParts)()) {
         return std::fputs(answer, stdout) < 0 ? 1 : 0;
     }
 #ifndef __APPLE__
-    const std::future<void> fontConfiguration = startReadingFontConfiguration();
+    std::future<GenericFamilies> fontConfiguration = startReadingFontConfiguration();
 #endif
     // One look everywhere; named before the application exists, so that no system style is loaded first.
     QApplication::setStyle(new LeanStyle);
+#ifndef __APPLE__
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar, !LinuxSystemSettings::desktopMayShowMenus());
+#endif
     QApplication application(argc, argv);
 #ifndef __APPLE__
-    fontConfiguration.wait();
+    const GenericFamilies families = fontConfiguration.get();
+    Theme::nameGenericFamilies(QString::fromStdString(families.sansSerif),
+                               QString::fromStdString(families.monospace));
 #endif
     QCoreApplication::setApplicationName(QStringLiteral("velmorandix-orlix"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLIX_VERSION));

@@ -1,10 +1,12 @@
 #include "ui/icons.h"
 
-#include <QFile>
+#include <QHash>
+#include <QImage>
 #include <QPainter>
-#include <QPixmapCache>
 #include <QSvgRenderer>
 #include <QtMath>
+#include <mutex>
+#include <utility>
 
 namespace orlix {
 
@@ -50,37 +52,100 @@ QLatin1String fileName(Icon icon) {
     return {};
 }
 
-// SVG Tiny knows no alpha in a colour: the drawing is tinted opaque and the painter adds the opacity.
-QByteArray tinted(QByteArray source, const QColor& color) {
-    return source.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
+struct Shape {
+    Icon icon;
+    int pixels;
+    friend bool operator==(const Shape&, const Shape&) = default;
+};
+std::size_t qHash(const Shape& shape, std::size_t seed = 0) {
+    return qHashMulti(seed, static_cast<int>(shape.icon), shape.pixels);
+}
+
+struct Look {
+    Shape shape;
+    QRgb color;
+    qreal ratio;
+    friend bool operator==(const Look&, const Look&) = default;
+};
+std::size_t qHash(const Look& look, std::size_t seed = 0) {
+    return qHashMulti(seed, look.shape, look.color, look.ratio);
+}
+
+/// Beyond that everything is forgotten and drawn again: another screen or scheme has made the old ones
+/// useless.
+constexpr qsizetype mostKept = 256;
+
+struct Shapes {
+    std::mutex mutex;  // held while one is drawn: who needs it meanwhile waits
+    QHash<Shape, QImage> kept;
+};
+
+Shapes& shapes() {
+    static Shapes all;
+    return all;
+}
+
+QHash<Look, QPixmap>& pictures() {
+    static QHash<Look, QPixmap> all;
+    return all;
+}
+
+QImage drawn(const Shape& shape) {
+    QSvgRenderer renderer(QLatin1String(":/icons/") + fileName(shape.icon) + QLatin1String(".svg"));
+    QImage image(shape.pixels, shape.pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter, QRectF(0, 0, shape.pixels, shape.pixels));
+    return image;
+}
+
+QImage shapeOf(const Shape& shape) {
+    const std::scoped_lock lock(shapes().mutex);
+    QHash<Shape, QImage>& kept = shapes().kept;
+    const auto known = kept.constFind(shape);
+    if (known != kept.constEnd()) return *known;
+    if (kept.size() >= mostKept) kept.clear();
+    return *kept.insert(shape, drawn(shape));
+}
+
+Shape shapeFor(Icon icon, int size, qreal ratio) {
+    return {icon, qCeil(size * ratio)};
 }
 
 }  // namespace
 
 QPixmap iconPixmap(Icon icon, const QColor& color, int size, qreal devicePixelRatio) {
-    const int pixels = qCeil(size * devicePixelRatio);
-    if (pixels <= 0) return {};
-    const QString key = QStringLiteral("orlix-icon/%1/%2/%3/%4")
-                            .arg(static_cast<int>(icon))
-                            .arg(color.name(QColor::HexArgb))
-                            .arg(pixels)
-                            .arg(devicePixelRatio);
-    QPixmap pixmap;
-    if (QPixmapCache::find(key, &pixmap)) return pixmap;
+    QHash<Look, QPixmap>& kept = pictures();
+    const Look look{shapeFor(icon, size, devicePixelRatio), color.rgba(), devicePixelRatio};
+    if (look.shape.pixels <= 0) return {};
+    const auto known = kept.constFind(look);
+    if (known != kept.constEnd()) return *known;
 
-    QFile file(QLatin1String(":/icons/") + fileName(icon) + QLatin1String(".svg"));
-    if (!file.open(QIODevice::ReadOnly)) return {};
-    QSvgRenderer renderer(tinted(file.readAll(), color));
-    pixmap = QPixmap(pixels, pixels);
-    pixmap.fill(Qt::transparent);
-    {
-        QPainter painter(&pixmap);
-        painter.setOpacity(color.alphaF());
-        renderer.render(&painter, QRectF(0, 0, pixels, pixels));
-    }
+    QImage image = shapeOf(look.shape);
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), color);
+    painter.end();
+    QPixmap pixmap = QPixmap::fromImage(std::move(image));
     pixmap.setDevicePixelRatio(devicePixelRatio);
-    QPixmapCache::insert(key, pixmap);
-    return pixmap;
+    if (kept.size() >= mostKept) kept.clear();
+    return *kept.insert(look, pixmap);
+}
+
+void prepareIcons(std::span<const SizedIcon> icons, qreal devicePixelRatio) {
+    for (const SizedIcon& sized : icons)
+        shapeOf(shapeFor(sized.icon, sized.size, devicePixelRatio));
+}
+
+qsizetype preparedIcons() {
+    const std::scoped_lock lock(shapes().mutex);
+    return shapes().kept.size();
+}
+
+void forgetIcons() {
+    const std::scoped_lock lock(shapes().mutex);
+    shapes().kept.clear();
+    pictures().clear();
 }
 
 }  // namespace orlix

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <QColor>
-#include <QIcon>
 #include <QPixmap>
+#include <span>
 
 namespace orlix {
 
@@ -46,7 +46,17 @@ enum class Icon {
 };
 
 /// The icon tinted in `color`, `size` device-independent pixels wide and high, crisp at `devicePixelRatio`.
-/// Cached.
+/// Cached. Main thread only.
 QPixmap iconPixmap(Icon icon, const QColor& color, int size, qreal devicePixelRatio);
+
+struct SizedIcon {
+    Icon icon;
+    int size;  ///< device-independent pixels
+};
+/// Draws the icons' shapes ahead, on any thread; the tint comes when they are asked for.
+void prepareIcons(std::span<const SizedIcon> icons, qreal devicePixelRatio);
+/// How many shapes are drawn and kept, whoever asked for them.
+qsizetype preparedIcons();
+void forgetIcons();
 
 }  // namespace orlix

@@ -5,7 +5,6 @@
 #include <QGlyphRun>
 #include <QRawFont>
 #include <QTextLayout>
-#include <QThreadPool>
 #include <array>
 #include <mutex>
 #include <optional>
@@ -81,13 +80,6 @@ const QPainterPath& pieceGlyph(char32_t symbol) {
         path->boundingRect();
     }
     return *path;
-}
-
-void startLoadingPieceGlyphs() {
-    QThreadPool::globalInstance()->start([] {
-        for (const PieceType type : allPieceTypes)
-            pieceGlyph(solidPieceSymbol(type));
-    });
 }
 
 char32_t solidPieceSymbol(PieceType type) {

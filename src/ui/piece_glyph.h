@@ -12,10 +12,6 @@ namespace orlix {
 /// Empty when no installed font has the symbol.
 const QPainterPath& pieceGlyph(char32_t symbol);
 
-/// Has the solid outlines looked up in Qt's thread pool, so that nobody waits for them later. Along with them
-/// Qt makes its list of fonts, which the first text needs too.
-void startLoadingPieceGlyphs();
-
 /// The piece's own symbol: an outline drawing for White, a solid one for Black.
 char32_t pieceSymbol(PieceType type, PieceColor color);
 /// The solid symbol of `type`, whose outline is the body of both colours on the board.

@@ -113,6 +113,19 @@ TEST_F(LinuxSystemSettingsTest, motionIsReadOnce) {
     EXPECT_FALSE(settings.prefersReducedMotion());
 }
 
+TEST_F(LinuxSystemSettingsTest, onlySomeDesktopsHaveAPlaceForMenus) {
+    environment.unset("GTK_MODULES");
+    environment.unset("XDG_CURRENT_DESKTOP");
+    EXPECT_FALSE(LinuxSystemSettings::desktopMayShowMenus());
+    for (const auto& [desktop, expected] : {std::pair("KDE", true), std::pair("Unity:Unity7:ubuntu", true),
+                                            std::pair("ubuntu:GNOME", false), std::pair("XFCE", false)}) {
+        environment.set("XDG_CURRENT_DESKTOP", desktop);
+        EXPECT_EQ(LinuxSystemSettings::desktopMayShowMenus(), expected) << desktop;
+    }
+    environment.set("GTK_MODULES", "gail:appmenu-gtk-module");
+    EXPECT_TRUE(LinuxSystemSettings::desktopMayShowMenus());
+}
+
 TEST_F(LinuxSystemSettingsTest, enginePathsAreAbsoluteAndStartWithStockfish) {
     const QStringList paths = LinuxSystemSettings().additionalEnginePaths();
     ASSERT_FALSE(paths.isEmpty());

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QImage>
 #include <set>
+#include <thread>
 
 namespace orlix {
 namespace {
@@ -74,6 +75,20 @@ TEST(Icons, tintColoursEveryStroke) {
 TEST(Icons, translucentTintKeepsItsOpacity) {
     const QImage image = drawn(Icon::stop, QColor(0, 0, 0, 128), 20, 1);
     EXPECT_NEAR(qAlpha(image.pixel(10, 10)), 128, 1);
+}
+
+TEST(Icons, shapesAreDrawnAheadAndTintedLater) {
+    constexpr SizedIcon wanted[] = {{Icon::flip, 18}, {Icon::flip, 20}, {Icon::undo, 18}};
+    forgetIcons();
+    std::thread([&] { prepareIcons(wanted, 1.5); }).join();
+    EXPECT_EQ(preparedIcons(), 3);
+    const QColor tint(9, 90, 210);
+    const QImage ahead = drawn(Icon::undo, tint, 18, 1.5);
+    EXPECT_EQ(preparedIcons(), 3);
+    forgetIcons();
+    EXPECT_EQ(drawn(Icon::undo, QColor(9, 90, 211), 18, 1.5).convertToFormat(QImage::Format_Alpha8),
+              ahead.convertToFormat(QImage::Format_Alpha8));
+    EXPECT_EQ(preparedIcons(), 1);
 }
 
 TEST(Icons, theSameIconIsRenderedOnce) {

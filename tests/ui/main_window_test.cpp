@@ -4,9 +4,12 @@
 #include <QLayout>
 #include <QMenuBar>
 #include <QScreen>
+#include <QThreadPool>
 
 #include "board_test_support.h"
 #include "shell_fixture.h"
+#include "ui/first_icons.h"
+#include "ui/icons.h"
 
 namespace orlix {
 namespace {
@@ -84,6 +87,22 @@ TEST_F(MainWindowTest, everyPixelOfTheFirstPictureIsPainted) {
         }
     }
     EXPECT_EQ(unpainted, 0);
+}
+
+TEST_F(MainWindowTest, theFirstPictureNeedsJustTheIconsThatAreDrawnAhead) {
+    installEngine();
+    buildWindow();
+    forgetIcons();
+    startDrawingFirstIcons(1);
+    QThreadPool::globalInstance()->waitForDone();
+    const qsizetype ahead = preparedIcons();
+    EXPECT_GT(ahead, 0);
+    showWindow();
+    window->grab();
+    EXPECT_EQ(preparedIcons(), ahead) << "one was missing";
+    forgetIcons();
+    window->grab();
+    EXPECT_EQ(preparedIcons(), ahead) << "one was not needed";
 }
 
 TEST_F(MainWindowTest, tellsOfItsFirstPictureOnceItIsPainted) {

@@ -80,6 +80,13 @@ bool LinuxSystemSettings::prefersReducedMotion() const {
     return *reducedMotion_;
 }
 
+bool LinuxSystemSettings::desktopMayShowMenus() {
+    for (const QString& desktop : qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':'))
+        if (desktop == u"KDE" || desktop == u"Unity") return true;
+    // The panel applet that other desktops can have for it.
+    return qEnvironmentVariable("GTK_MODULES").contains(u"appmenu");
+}
+
 QStringList LinuxSystemSettings::additionalEnginePaths() const {
     // By strength: the first engine found becomes the one that a new user plays against.
     return {QStringLiteral("/usr/games/stockfish"),       QStringLiteral("/usr/games/ethereal-chess"),

@@ -17,6 +17,10 @@ class LinuxSystemSettings : public SystemSettings {
     /// Where Debian's packages of UCI engines put their programs.
     QStringList additionalEnginePaths() const override;
 
+    /// Whether the desktop is one that shows a window's menus in a place of its own. Elsewhere nobody needs
+    /// to be asked: Qt would do it over D-Bus, and the window would wait for the answer.
+    static bool desktopMayShowMenus();
+
   private:
     mutable std::optional<bool> reducedMotion_;
 };
