@@ -97,11 +97,13 @@ QImage rendered(PieceType type, PieceColor color, int side) {
 
 }  // namespace
 
-PiecePixmaps::Set PiecePixmaps::renderedSet(PieceColor color, int side) {
-    Set set;
-    for (const PieceType type : allPieceTypes)
-        set[static_cast<std::size_t>(type)] = rendered(type, color, side);
-    return set;
+PiecePixmaps::Sets PiecePixmaps::renderedSets(int side) {
+    Sets sets;
+    for (const PieceColor color : allPieceColors)
+        for (const PieceType type : allPieceTypes)
+            sets[static_cast<std::size_t>(color)][static_cast<std::size_t>(type)] =
+                rendered(type, color, side);
+    return sets;
 }
 
 void PiecePixmaps::setSide(int side) {
@@ -114,29 +116,25 @@ void PiecePixmaps::setSide(int side) {
 void PiecePixmaps::prepare(int side) {
     if (side == side_ || side <= 0) return;
     setSide(side);
-    // In the pool's threads, one colour each: there Qt fills a shape in one go. On the main thread it would
-    // hand out every few lines of it to the same pool and wait, hundreds of times for one set of pieces.
-    for (const PieceColor color : allPieceColors) {
-        const auto task =
-            std::make_shared<std::packaged_task<Set()>>([color, side] { return renderedSet(color, side); });
-        coming_[static_cast<std::size_t>(color)] = task->get_future();
-        QThreadPool::globalInstance()->start([task] { (*task)(); });
-    }
+    // In a thread of the pool: there Qt fills a shape in one go. On the main thread it would hand out every
+    // few lines of it to the same pool and wait, hundreds of times for one set of pieces. In one thread: two
+    // would keep a machine of two cores from what the main thread does meanwhile.
+    const auto task = std::make_shared<std::packaged_task<Sets()>>([side] { return renderedSets(side); });
+    coming_ = task->get_future();
+    QThreadPool::globalInstance()->start([task] { (*task)(); });
 }
 
-void PiecePixmaps::takePrepared(PieceColor color) {
-    std::future<Set>& result = coming_[static_cast<std::size_t>(color)];
-    if (!result.valid()) return;
-    Set set = result.get();
-    for (const PieceType type : allPieceTypes) {
-        const auto index = static_cast<std::size_t>(type);
-        pixmaps_[static_cast<std::size_t>(color)][index] = QPixmap::fromImage(std::move(set[index]));
-    }
+void PiecePixmaps::takePrepared() {
+    if (!coming_.valid()) return;
+    Sets sets = coming_.get();
+    for (std::size_t color = 0; color < sets.size(); ++color)
+        for (std::size_t type = 0; type < sets[color].size(); ++type)
+            pixmaps_[color][type] = QPixmap::fromImage(std::move(sets[color][type]));
 }
 
 const QPixmap& PiecePixmaps::pixmap(PieceType type, PieceColor color, int side) {
     setSide(side);
-    takePrepared(color);
+    takePrepared();
     QPixmap& pixmap = pixmaps_[static_cast<std::size_t>(color)][static_cast<std::size_t>(type)];
     if (pixmap.isNull() && side > 0) pixmap = QPixmap::fromImage(rendered(type, color, side));
     return pixmap;

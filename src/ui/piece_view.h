@@ -44,16 +44,18 @@ class PiecePixmaps {
     void prepare(int side);
 
   private:
-    using Set = std::array<QImage, allPieceTypes.size()>;  ///< one colour's pieces
-    using Pixmaps = std::array<QPixmap, allPieceTypes.size()>;
+    /// One picture for each colour and type.
+    template <class Picture>
+    using Both = std::array<std::array<Picture, allPieceTypes.size()>, allPieceColors.size()>;
+    using Sets = Both<QImage>;
 
-    static Set renderedSet(PieceColor color, int side);
+    static Sets renderedSets(int side);
     void setSide(int side);
-    void takePrepared(PieceColor color);
+    void takePrepared();
 
     int side_ = 0;
-    std::array<Pixmaps, allPieceColors.size()> pixmaps_;
-    std::array<std::future<Set>, allPieceColors.size()> coming_;  ///< valid from `prepare` until taken
+    Both<QPixmap> pixmaps_;
+    std::future<Sets> coming_;  ///< valid from `prepare` until taken
 };
 
 }  // namespace orlix
