@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "automatch/automatch_manager.h"
 #include "game/game_manager.h"
 #include "l10n/extra_texts.h"
 #include "l10n/localization_manager.h"
@@ -17,15 +18,22 @@ GameTab::GameTab(const PanelContext& context, QWidget* parent)
     : QWidget(parent), context_(context), layout_(new QVBoxLayout(this)) {
     layout_->setContentsMargins(metrics::space4, metrics::space4, metrics::space4, metrics::space4);
     layout_->setSpacing(metrics::space3);
-    layout_->addWidget(new AutomatchWidget(context, this));
     auto* card = new Card(context.theme, this);
     // The list is opaque and square: it keeps clear of the card's round corners.
     card->content()->setContentsMargins(4, 6, 2, 6);
     card->content()->addWidget(new MoveListView(context.game, context.loc, context.theme, card));
     layout_->addWidget(card, 1);
+    takeSeries();
     takeGame();
+    connect(&context_.automatch, &AutomatchManager::changed, this, &GameTab::takeSeries);
     connect(&context_.game, &GameManager::changed, this, &GameTab::takeGame);
     connect(&context_.loc, &LocalizationManager::changed, this, &GameTab::retranslate);
+}
+
+void GameTab::takeSeries() {
+    if (series_ || !context_.automatch.isAutomatchActive()) return;
+    series_ = new AutomatchWidget(context_, this);
+    layout_->insertWidget(0, series_);
 }
 
 void GameTab::takeGame() {

@@ -10,6 +10,7 @@ class QVBoxLayout;
 
 namespace orlix {
 
+class AutomatchWidget;
 class PanelButton;
 
 class GameTab : public QWidget {
@@ -18,12 +19,14 @@ class GameTab : public QWidget {
     explicit GameTab(const PanelContext& context, QWidget* parent = nullptr);
 
   private:
+    void takeSeries();
     void takeGame();
     void retranslate();
 
     PanelContext context_;
     QVBoxLayout* layout_;
-    PanelButton* back_ = nullptr;  ///< made when a past position is first inspected
+    AutomatchWidget* series_ = nullptr;  ///< made when a series first runs; comes and goes with it
+    PanelButton* back_ = nullptr;        ///< made when a past position is first inspected
 };
 
 }  // namespace orlix
