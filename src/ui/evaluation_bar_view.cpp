@@ -2,7 +2,6 @@
 
 #include <QEasingCurve>
 #include <QElapsedTimer>
-#include <QFontDatabase>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -25,7 +24,7 @@ constexpr qreal plateRadius = 4;
 constexpr qreal plateSidePadding = 1;
 constexpr QColor rim(255, 255, 255, 38);  // the line inside the edge, laid over both segments
 constexpr int animationMs = 250;
-constexpr int frameMs = 50;
+constexpr int mostPictures = 5;  // of one motion
 constexpr int smallestStep = 2;  // device pixels: less is not worth a picture of its own
 
 QColor darkColor() {
@@ -40,11 +39,11 @@ QColor lightColor() {
 class EvaluationBarView::Impl {
   public:
     explicit Impl(EvaluationBarView& owner) : view(owner), frames(new QTimer(&owner)) {
-        font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        font = Theme::font(TextStyle::monospaced);
         font.setPixelSize(labelFontSize);
         font.setWeight(QFont::Bold);
         capHeight = QFontMetricsF(font).capHeight();
-        frames->setInterval(frameMs);
+        setLabel(label);
         frames->setTimerType(Qt::CoarseTimer);
         connect(frames, &QTimer::timeout, &view, [this] { advance(); });
     }
@@ -56,6 +55,10 @@ class EvaluationBarView::Impl {
 
     void describe() {
         view.setAccessibleName(caption.isEmpty() ? label : caption + QStringLiteral(": ") + label);
+    }
+    void setLabel(const QString& text) {
+        label = text;
+        labelWidth = QFontMetricsF(font).horizontalAdvance(label);
     }
     void moveTo(double fraction);
     QRect stepTo(double fraction);
@@ -73,6 +76,7 @@ class EvaluationBarView::Impl {
     QFont font;
     qreal capHeight = 0;
     QString label = QStringLiteral("0.00");
+    qreal labelWidth = 0;
     QString caption;
     QColor ground;  ///< invalid: nothing is painted behind the corners
     QColor line;
@@ -88,15 +92,17 @@ class EvaluationBarView::Impl {
 void EvaluationBarView::Impl::moveTo(double fraction) {
     if (frames->isActive()) view.update(stepTo(valueNow()));  // this step goes with the label's picture
     target = fraction;
-    const bool isVisibleChange = lightPixels(shown) != lightPixels(target);
-    if (!isAnimated || !view.isVisible() || !isVisibleChange) {
+    const int distance = qAbs(lightPixels(shown) - lightPixels(target));
+    const int pictures = qMin(distance / smallestStep, mostPictures);
+    // A way of one step, as most are while an engine searches, goes with the label's picture.
+    if (!isAnimated || !view.isVisible() || pictures < 2) {
         frames->stop();
         view.update(stepTo(target));
         return;
     }
     start = shown;
     elapsed.start();
-    frames->start();
+    frames->start(animationMs / pictures);
 }
 
 // What is to be painted again: only the strip that the edge has crossed.
@@ -174,14 +180,13 @@ void EvaluationBarView::Impl::paintLabel(QPainter& painter) const {
     painter.drawRoundedRect(plate, plateRadius, plateRadius);
     // The bar is narrower than five bold digits in many fonts: the text is then squeezed sideways, its height
     // stays.
-    const qreal textWidth = QFontMetricsF(font).horizontalAdvance(label);
     const qreal room = plate.width() - 2 * plateSidePadding;
-    const qreal squeeze = textWidth > room ? room / textWidth : 1;
+    const qreal squeeze = labelWidth > room ? room / labelWidth : 1;
     painter.setFont(font);
     painter.setPen(hasWhiteText() ? Qt::white : Qt::black);
     painter.translate(plate.center().x(), plate.center().y() + capHeight / 2);
     painter.scale(squeeze, 1);
-    painter.drawText(QPointF(-textWidth / 2, 0), label);
+    painter.drawText(QPointF(-labelWidth / 2, 0), label);
 }
 
 EvaluationBarView::EvaluationBarView(QWidget* parent)
@@ -202,10 +207,10 @@ void EvaluationBarView::setValues(const EngineEvaluation& evaluation, PieceColor
 
     if (isFlipped != impl_->isFlipped) {
         impl_->isFlipped = isFlipped;
-        impl_->label = label;
+        impl_->setLabel(label);
         update();
     } else if (label != impl_->label || hadWhiteText != impl_->hasWhiteText()) {
-        impl_->label = label;
+        impl_->setLabel(label);
         update(impl_->plateRect().toAlignedRect());
     } else {
         return;
@@ -239,9 +244,17 @@ QSize EvaluationBarView::sizeHint() const {
 
 void EvaluationBarView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    impl_->paintSurroundings(painter, event->rect());
-    impl_->paintSegments(painter, event->rect());
-    if (event->rect().intersects(impl_->plateRect().toAlignedRect())) impl_->paintLabel(painter);
+    // The edge's strip and the label's plate are often far apart: what lies between them stays.
+    for (const QRect& part : event->region()) {
+        // Beyond its edges: at fractional pixel ratios they run through the middle of device pixels.
+        const QRect dirty = part.adjusted(-1, -1, 1, 1);
+        painter.save();
+        painter.setClipRect(dirty);
+        impl_->paintSurroundings(painter, dirty);
+        impl_->paintSegments(painter, dirty);
+        if (dirty.intersects(impl_->plateRect().toAlignedRect())) impl_->paintLabel(painter);
+        painter.restore();
+    }
 }
 
 }  // namespace orlix

@@ -92,6 +92,11 @@ class PlayerBannerView::Impl {
     Impl(PlayerBannerView& owner, Theme& ownersTheme) : view(owner), theme(ownersTheme) {}
 
     QRect clockRect() const;
+    /// The digits' part of it, well clear of frame and symbol.
+    QRect digitsRect() const {
+        return clockRect().adjusted(clockPadding + clockSymbolSize + clockGap / 2, 3, -metrics::controlRadius,
+                                    -3);
+    }
     QRect symbolRect() const {
         return {symbolLeft, (view.height() - symbolSize) / 2, symbolSize, symbolSize};
     }
@@ -115,7 +120,7 @@ class PlayerBannerView::Impl {
     void paintSymbol(QPainter& painter) const;
     void paintName(QPainter& painter) const;
     void paintCaptured(QPainter& painter) const;
-    void paintClock(QPainter& painter) const;
+    void paintClock(QPainter& painter, const QRegion& region) const;
 
     PlayerBannerView& view;
     Theme& theme;
@@ -269,22 +274,26 @@ void PlayerBannerView::Impl::paintCaptured(QPainter& painter) const {
                     QStringLiteral("+%1").arg(values.materialAdvantage));
 }
 
-void PlayerBannerView::Impl::paintClock(QPainter& painter) const {
+void PlayerBannerView::Impl::paintClock(QPainter& painter, const QRegion& region) const {
     const QRect place = clockRect();
     const ColorRole emphasis = values.isLowOnTime ? ColorRole::bad : ColorRole::accent;
     const bool isEmphasized = values.isLowOnTime || values.isActiveTurn;
     const QColor ground = theme.color(ColorRole::card);
-    painter.setPen(isEmphasized ? theme.color(emphasis)
-                                : theme.hairlineBetween(ground, theme.color(ColorRole::panel)));
-    painter.setBrush(ground);
-    painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), metrics::controlRadius,
-                            metrics::controlRadius);
     const ColorRole ink = values.isLowOnTime    ? ColorRole::bad
                           : values.isActiveTurn ? ColorRole::text
                                                 : ColorRole::secondary;
-    const QPoint symbol(place.left() + clockPadding, place.center().y() + 1 - clockSymbolSize / 2);
-    painter.drawPixmap(
-        symbol, iconPixmap(Icon::clock, theme.color(ink), clockSymbolSize, painter.deviceTransform().m11()));
+    if ((region - digitsRect()).isEmpty()) {
+        painter.fillRect(digitsRect().adjusted(-1, -1, 1, 1), ground);
+    } else {
+        painter.setPen(isEmphasized ? theme.color(emphasis)
+                                    : theme.hairlineBetween(ground, theme.color(ColorRole::panel)));
+        painter.setBrush(ground);
+        painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), metrics::controlRadius,
+                                metrics::controlRadius);
+        const QPoint symbol(place.left() + clockPadding, place.center().y() + 1 - clockSymbolSize / 2);
+        painter.drawPixmap(symbol, iconPixmap(Icon::clock, theme.color(ink), clockSymbolSize,
+                                              painter.deviceTransform().m11()));
+    }
     painter.setFont(fonts.clock);
     painter.setPen(theme.color(ink));
     drawTabularText(painter, QRectF(place).adjusted(0, 0, -clockPadding, 0),
@@ -309,8 +318,9 @@ void PlayerBannerView::setValues(const Values& values) {
     const QRect clockAfter = impl_->clockRect();
 
     const bool isOtherTurn = before.isActiveTurn != values.isActiveTurn;
+    const bool isOtherTime = before.timeString != values.timeString;
     const bool isOtherClock =
-        before.timeString != values.timeString || before.isLowOnTime != values.isLowOnTime || isOtherTurn;
+        clockBefore != clockAfter || before.isLowOnTime != values.isLowOnTime || isOtherTurn;
     const bool isOtherKind = before.isEngine != values.isEngine;
     const bool isOtherSymbol =
         isOtherKind || isOtherTurn || before.isThinking != values.isThinking || before.color != values.color;
@@ -318,7 +328,10 @@ void PlayerBannerView::setValues(const Values& values) {
     const bool isOtherMaterial = before.capturedPieces != values.capturedPieces ||
                                  before.materialAdvantage != values.materialAdvantage;
     if (isOtherTurn) update(impl_->edgeRect());
-    if (isOtherClock) update(clockBefore.united(clockAfter));
+    if (isOtherClock)
+        update(clockBefore.united(clockAfter));
+    else if (isOtherTime)
+        update(impl_->digitsRect());
     if (isOtherSymbol) update(impl_->symbolArea());
     // A wider clock leaves the name less room, and the first captured piece takes it out of the middle.
     const QRect nameAfter = impl_->nameRow();
@@ -345,7 +358,7 @@ void PlayerBannerView::paintEvent(QPaintEvent* event) {
     if (region.intersects(impl_->symbolArea())) impl_->paintSymbol(painter);
     if (region.intersects(impl_->nameRow())) impl_->paintName(painter);
     if (region.intersects(impl_->capturedRow())) impl_->paintCaptured(painter);
-    if (region.intersects(impl_->clockRect())) impl_->paintClock(painter);
+    if (region.intersects(impl_->clockRect())) impl_->paintClock(painter, region);
 }
 
 bool PlayerBannerView::event(QEvent* event) {

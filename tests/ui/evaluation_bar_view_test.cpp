@@ -269,6 +269,34 @@ TEST_F(EvaluationBarTest, aStepOfOneDevicePixelIsNoPictureOfItsOwn) {
     EXPECT_EQ(lightHeight(), 206);
 }
 
+TEST_F(EvaluationBarTest, aWayOfOneStepGoesWithTheLabelsPicture) {
+    bar_.setAnimated(true);
+    bar_.setValues(centipawns(0), PieceColor::white, false);
+    bar_.show();
+    settle();
+    PaintWatch paints(bar_);
+    bar_.setValues(centipawns(12), PieceColor::white, false);  // three pixels
+    EXPECT_FALSE(timerRuns());
+    settle();
+    EXPECT_EQ(paints.count, 1);
+    EXPECT_EQ(lightHeight(), 203);
+}
+
+TEST_F(EvaluationBarTest, theStripAndTheLabelArePaintedWithoutWhatLiesBetween) {
+    bar_.setValues(centipawns(0), PieceColor::white, false);
+    bar_.show();
+    settle();
+    PaintWatch paints(bar_);
+    bar_.setValues(centipawns(50), PieceColor::white, false);
+    settle();
+    EXPECT_FALSE(paints.region.contains(QPoint(16, 300)));
+    EXPECT_EQ(paints.region.rectCount(), 2);
+    for (const qreal ratio : {1.0, 1.5, 2.0}) {
+        const QRegion both = QRegion(0, 150, 32, 60) + QRegion(0, 370, 32, 30);
+        EXPECT_EQ(test::repaintedPictureOf(bar_, ratio, both), pictureOf(bar_, ratio)) << ratio;
+    }
+}
+
 TEST_F(EvaluationBarTest, aChangeUnderOneDevicePixelDoesNotMove) {
     bar_.setAnimated(true);
     bar_.show();

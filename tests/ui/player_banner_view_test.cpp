@@ -253,10 +253,12 @@ TEST_F(PlayerBannerTest, aLongNameIsElidedInTheMiddleWithTheWholeAsToolTip) {
     EXPECT_EQ(banner_.toolTip(), QString());
 }
 
-TEST_F(PlayerBannerTest, aTickPaintsTheClockAlone) {
+TEST_F(PlayerBannerTest, aTickPaintsTheDigitsAlone) {
     const QRect painted = repaintOf([](auto& values) { values.timeString = QStringLiteral("4:59"); });
     EXPECT_FALSE(painted.isNull());
-    EXPECT_TRUE(clockSide_.contains(painted));
+    EXPECT_TRUE(clockSide_.adjusted(70, 12, -14, -12).contains(painted)) << "neither frame nor symbol";
+    for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0})
+        EXPECT_EQ(test::repaintedPictureOf(banner_, ratio, painted), pictureOf(banner_, ratio)) << ratio;
 }
 
 TEST_F(PlayerBannerTest, theSameValuesPaintNothing) {
