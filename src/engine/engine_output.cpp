@@ -1,5 +1,6 @@
 #include "engine/engine_output.h"
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -26,17 +27,21 @@ void EngineOutput::receive(const QByteArray& chunk) {
 
 bool EngineOutput::handOver() {
     std::unique_lock lock(mutex_);
-    if (std::this_thread::get_id() != takingThread_) {
+    const bool isFromOtherThread = std::this_thread::get_id() != takingThread_;
+    if (isFromOtherThread) {
         roomOrClosed_.wait(lock, [this] {
             return isClosed_ || (pending_.size() < pendingLines && bytesPending_ < pendingBytes);
         });
     }
     if (isClosed_) return false;
+    const auto isInfo = [](const Event& event) { return event.kind == UciLineKind::info; };
+    if (!isFromOtherThread || !std::all_of(batch_.begin(), batch_.end(), isInfo)) isUrgent_ = true;
     std::move(batch_.begin(), batch_.end(), std::back_inserter(pending_));
     bytesPending_ += bytesOfBatch_;
     batch_.clear();
     bytesOfBatch_ = 0;
-    if (!isAnnounced_) {
+    if (pending_.size() >= batchLines || bytesPending_ >= batchBytes) isUrgent_ = true;
+    if (!isAnnounced_ && (isUrgent_ || !isResting_)) {
         isAnnounced_ = true;
         waker_.wake();  // under the lock: `close` then keeps it alive until this is through
     }
@@ -50,8 +55,19 @@ void EngineOutput::takeAll(std::deque<Event>& events) {
         events.swap(pending_);
         bytesPending_ = 0;
         isAnnounced_ = false;
+        isUrgent_ = false;
     }
     roomOrClosed_.notify_one();
+}
+
+void EngineOutput::rest() {
+    const std::lock_guard lock(mutex_);
+    isResting_ = true;
+}
+
+void EngineOutput::endRest() {
+    const std::lock_guard lock(mutex_);
+    isResting_ = false;
 }
 
 void EngineOutput::close() {

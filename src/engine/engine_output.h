@@ -38,6 +38,11 @@ class EngineOutput {
     /// Moves everything that waits into `events`, which is empty before.
     void takeAll(std::deque<Event>& events);
 
+    /// Until `endRest`, info lines that another thread brings wait without waking anybody, unless they become
+    /// many. Every other line wakes at once, and what waits goes before it.
+    void rest();
+    void endRest();
+
     /// Drops what waits and everything still to come, and wakes a waiting `receive`.
     void close();
     bool isClosed() const { return isClosed_; }
@@ -65,6 +70,8 @@ class EngineOutput {
     std::deque<Event> pending_;
     std::size_t bytesPending_ = 0;
     bool isAnnounced_ = false;
+    bool isResting_ = false;
+    bool isUrgent_ = false;  ///< something else than info lines waits, or many of them
 
     std::atomic<bool> isClosed_ = false;  // written under the mutex
 };

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QTimer>
+#include <chrono>
 #include <deque>
 #include <utility>
 
@@ -18,6 +19,10 @@ namespace {
 // is more than a few lines. Painting and input get their turn in between.
 constexpr qint64 drainNanoseconds = 4'000'000;
 constexpr int drainLinesUntimed = 32;
+
+// A search says something several times in a tenth of a second, and every wake of the main thread costs more
+// than all that is done about one line: info lines that come after others wait this long for more.
+constexpr std::chrono::milliseconds infoRest{200};
 
 QString goCommand(const UCIEngineProcess::SearchLimits& limits) {
     QString line = QStringLiteral("go");
@@ -50,6 +55,9 @@ class UCIEngineProcess::Impl {
         nextTurn_.setTimerType(Qt::PreciseTimer);
         nextTurn_.setInterval(1);
         connect(&nextTurn_, &QTimer::timeout, &owner, [this] { onNextTurn(); });
+        rest_.setSingleShot(true);
+        rest_.setInterval(infoRest);
+        connect(&rest_, &QTimer::timeout, &owner, [this] { onRested(); });
     }
 
     ~Impl() {
@@ -83,6 +91,7 @@ class UCIEngineProcess::Impl {
   private:
     void onPending();
     void onNextTurn();
+    void onRested();
     void beginTurn();
     bool isTurnUsedUp() const {
         return usedLines_ >= drainLinesUntimed && usedNanoseconds_ >= drainNanoseconds;
@@ -112,6 +121,7 @@ class UCIEngineProcess::Impl {
     qint64 usedNanoseconds_ = 0;
     int usedLines_ = 0;
 
+    QTimer rest_;  ///< runs while info lines wait for more
     bool isDraining_ = false;
     bool isLogChanged_ = false;
     bool isEvaluationChanged_ = false;
@@ -205,6 +215,11 @@ void UCIEngineProcess::Impl::onNextTurn() {
     drain();
 }
 
+void UCIEngineProcess::Impl::onRested() {
+    if (output_) output_->endRest();
+    onPending();
+}
+
 void UCIEngineProcess::Impl::beginTurn() {
     nextTurn_.stop();
     turn_.start();
@@ -222,8 +237,10 @@ void UCIEngineProcess::Impl::drain() {
     elapsed.start();
     const qint64 usedBefore = usedNanoseconds_;
     isDraining_ = true;
+    bool isAllInfo = true;
     while (!backlog_.empty()) {
         EngineOutput::Event event = std::move(backlog_.front());
+        isAllInfo = isAllInfo && event.kind == UciLineKind::info;
         backlog_.pop_front();
         if (!interpret(*current, std::move(event))) return;
         usedNanoseconds_ = usedBefore + elapsed.nsecsElapsed();
@@ -233,6 +250,13 @@ void UCIEngineProcess::Impl::drain() {
     }
     isDraining_ = false;
     if (isTurnUsedUp() && !nextTurn_.isActive()) nextTurn_.start();
+    if (isAllInfo) {
+        current->rest();
+        rest_.start();
+    } else {
+        rest_.stop();
+        current->endRest();
+    }
     announceDrained();
 }
 

@@ -24,7 +24,7 @@ namespace {
 
 constexpr qint64 lowTimeMs = 10'000;
 // In its first moments an engine has more to say than anyone can read, and each word costs a picture.
-constexpr std::chrono::milliseconds evaluationInterval{200};
+constexpr std::chrono::milliseconds evaluationInterval{150};
 
 /// The pieces of `color`'s opponent that are gone, queens first and each type together.
 std::vector<Piece> capturesOf(PieceColor color, const ChessBoard& board) {
@@ -172,9 +172,11 @@ void MainView::showGame(Banner& banner, PieceColor color) {
 void MainView::showClock() {
     for (Banner& banner : banners_) {
         PlayerBannerView::Values& values = banner.values;
+        // Every second tick changes a tenth, and a digit that is shown changes more seldom still.
+        const qint64 tenths = game_.clock().remainingMs(values.color) / 100;
+        if (std::exchange(banner.tenths, tenths) == tenths) continue;
         const bool isLow = isLowOnTime(game_.clock(), values.color);
         QString time = game_.clock().formattedTime(values.color);
-        // Most ticks change no shown digit.
         if (time == values.timeString && isLow == values.isLowOnTime) continue;
         values.timeString = std::move(time);
         values.isLowOnTime = isLow;
@@ -185,11 +187,10 @@ void MainView::showClock() {
 void MainView::followEvaluation() {
     if (nextEvaluation_) return;
     const auto since = time_.now() - evaluationShown_;
-    if (since < since.zero() || since >= evaluationInterval) {
-        showEvaluation();
-        return;
-    }
-    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(evaluationInterval - since);
+    std::chrono::milliseconds wait{0};
+    if (since >= since.zero() && since < evaluationInterval)
+        wait = std::chrono::ceil<std::chrono::milliseconds>(evaluationInterval - since);
+    // Also without a wait through the event loop: lines come several at once, and the last one counts.
     nextEvaluation_ = time_.after(wait, [this] { showEvaluation(); });
 }
 

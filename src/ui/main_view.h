@@ -62,6 +62,7 @@ class MainView : public QWidget {
     struct Banner {
         PlayerBannerView* view = nullptr;
         PlayerBannerView::Values values;
+        qint64 tenths = -1;  ///< of a second, when the clock was last looked at
     };
 
     void layOutChildren();
