@@ -72,7 +72,8 @@ void BoardView::Impl::runMotion() {
     progress_ = 0;
     elapsed_.start();
     frames_->start();
-    view_.update(motionArea());
+    shownArea_ = motionArea();
+    view_.update(shownArea_);
 }
 
 void BoardView::Impl::advanceMotion() {
@@ -81,18 +82,21 @@ void BoardView::Impl::advanceMotion() {
         finishMotion();
         return;
     }
-    const QRegion before = motionArea();
     progress_ = curve.valueForProgress(qreal(elapsed_.elapsed()) / travelMs);
-    const QRegion after = motionArea();
-    const bool isSlowEnd = motion_.fading.empty() && after == before;
+    const QRegion before = std::exchange(shownArea_, motionArea());
+    const bool isSlowEnd = motion_.fading.empty() && shownArea_ == before;
+    if (isSlowEnd) return;
+    QRegion changed = before + shownArea_;
+    // One rectangle is painted and sent faster than the three of two that overlap.
+    if (before.rectCount() == 1 && shownArea_.rectCount() == 1) changed = changed.boundingRect();
     // At once: a posted request would cost another turn of the event loop.
-    if (!isSlowEnd) view_.repaint(before + after);
+    view_.repaint(changed);
 }
 
 void BoardView::Impl::finishMotion() {
     if (motion_.isEmpty()) return;
     frames_->stop();
-    QRegion area = motionArea();
+    QRegion area = shownArea_;
     for (const BoardMotion::Traveller& traveller : motion_.travellers) {
         area += geometry().rect(traveller.to).toAlignedRect();
     }

@@ -2,6 +2,7 @@
 
 #include <QEasingCurve>
 #include <QElapsedTimer>
+#include <QFontInfo>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -42,7 +43,9 @@ class EvaluationBarView::Impl {
         font = Theme::font(TextStyle::monospaced);
         font.setPixelSize(labelFontSize);
         font.setWeight(QFont::Bold);
-        capHeight = QFontMetricsF(font).capHeight();
+        const QFontMetricsF metrics(font);
+        capHeight = metrics.capHeight();
+        if (QFontInfo(font).fixedPitch()) cellWidth = metrics.horizontalAdvance(u'0');
         setLabel(label);
         frames->setTimerType(Qt::CoarseTimer);
         connect(frames, &QTimer::timeout, &view, [this] { advance(); });
@@ -58,7 +61,8 @@ class EvaluationBarView::Impl {
     }
     void setLabel(const QString& text) {
         label = text;
-        labelWidth = QFontMetricsF(font).horizontalAdvance(label);
+        labelWidth =
+            cellWidth > 0 ? cellWidth * qreal(label.size()) : QFontMetricsF(font).horizontalAdvance(label);
     }
     void moveTo(double fraction);
     QRect stepTo(double fraction);
@@ -77,6 +81,7 @@ class EvaluationBarView::Impl {
     qreal capHeight = 0;
     QString label = QStringLiteral("0.00");
     qreal labelWidth = 0;
+    qreal cellWidth = 0;  ///< of every character; 0 where the fixed-width font is none
     QString caption;
     QColor ground;  ///< invalid: nothing is painted behind the corners
     QColor line;
