@@ -60,25 +60,28 @@ GameMenu::GameMenu(GameManager& game, LocalizationManager& loc, PGNExporter& exp
     addSeparator();
     resign_ = add({}, [this] { game_.resign(game_.board().turn); });
 
-    connect(&game_, &GameManager::changed, this, &GameMenu::retitle);
+    connect(&game_, &GameManager::changed, this, &GameMenu::titlePause);
     connect(&loc_, &LocalizationManager::changed, this, &GameMenu::retitle);
     retitle();
     menuBar->addMenu(this);
 }
 
 void GameMenu::retitle() {
-    const auto set = [this](QAction* action, const char* key) {
-        const QString title = menuTitle(loc_.text(key));
-        if (action->text() != title) action->setText(title);
-    };
-    const QString title = menuTitle(extraText(loc_.currentLanguage(), ExtraText::gameMenu));
-    if (this->title() != title) setTitle(title);
+    const auto set = [this](QAction* action, const char* key) { action->setText(menuTitle(loc_.text(key))); };
+    setTitle(menuTitle(extraText(loc_.currentLanguage(), ExtraText::gameMenu)));
     set(newGame_, "btn_new_game");
     set(savePGN_, "btn_save_pgn");
     set(flipBoard_, "btn_flip_board");
     set(undo_, "btn_undo");
-    set(pauseOrResume_, game_.isPaused() ? "btn_resume" : "btn_pause");
     set(resign_, "btn_resign");
+    offersResume_.reset();
+    titlePause();
+}
+
+void GameMenu::titlePause() {
+    if (offersResume_ == game_.isPaused()) return;
+    offersResume_ = game_.isPaused();
+    pauseOrResume_->setText(menuTitle(loc_.text(*offersResume_ ? "btn_resume" : "btn_pause")));
 }
 
 }  // namespace orlix

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QMenu>
+#include <optional>
 
 class QMenuBar;
 
@@ -36,6 +37,7 @@ class GameMenu : public QMenu {
 
   private:
     void retitle();
+    void titlePause();
 
     GameManager& game_;
     LocalizationManager& loc_;
@@ -44,6 +46,7 @@ class GameMenu : public QMenu {
     QAction* flipBoard_;
     QAction* undo_;
     QAction* pauseOrResume_;
+    std::optional<bool> offersResume_;  ///< what its title says; unset before the first one
     QAction* resign_;
 };
 

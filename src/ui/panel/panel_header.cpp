@@ -36,8 +36,10 @@ void StatusBadge::setStatus(const GameStatus& status, const QString& text) {
     if (status == status_ && text == text_) return;
     status_ = status;
     text_ = text;
-    naturalWidth_ =
-        qCeil(QFontMetricsF(badgeFont()).horizontalAdvance(text_)) + 1 + symbolRoom() + 2 * badgePadding;
+    // The few texts come again and again, two of them with every move.
+    int& textWidth = textWidths_[text_];
+    if (textWidth == 0) textWidth = qCeil(QFontMetricsF(badgeFont()).horizontalAdvance(text_)) + 1;
+    naturalWidth_ = textWidth + symbolRoom() + 2 * badgePadding;
     setAccessibleName(text);
     update();
 }

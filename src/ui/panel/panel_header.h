@@ -1,6 +1,7 @@
 // The top of the side panel: the game's status as a pill, a word beside it, and the language picker.
 #pragma once
 
+#include <QHash>
 #include <QWidget>
 
 #include "ui/controls/text_fit.h"
@@ -37,6 +38,7 @@ class StatusBadge : public QWidget, public ShowsText {
     Theme& theme_;
     GameStatus status_;
     QString text_;
+    QHash<QString, int> textWidths_;  ///< of every text so far
     int naturalWidth_ = 0;
 };
 
