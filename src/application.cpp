@@ -68,6 +68,7 @@ const char* commandLineAnswer(int argc, char** argv) {
 }
 
 constexpr std::chrono::milliseconds longestHold{1000};
+constexpr std::chrono::milliseconds toTheScreen{50};  // what a display server may need for a painted window
 
 int run(QApplication& application, const UpdateParts& parts) {
     startDrawingFirstIcons(application.devicePixelRatio());
@@ -128,11 +129,14 @@ int run(QApplication& application, const UpdateParts& parts) {
     AppDelegate delegate(updates);
     MainWindow window({game, loc, engines, automatch, exporter, theme, system, time}, updates);
     dialogs.setWindow(&window);
-    // The first game's engines start after the first picture, which would have to share the processor with
-    // them. A window that opens minimized has none for now.
+    // The first game's engines start when the first picture has come to the screen, which would have to share
+    // the processor with them. A window that opens minimized has none for now.
     time.hold();
-    QObject::connect(&window, &MainWindow::firstPainted, &window, [&time] { time.release(); });
-    QTimer::singleShot(longestHold, &window, [&time] { time.release(); });
+    const auto releaseAfter = [&](std::chrono::milliseconds delay) {
+        QTimer::singleShot(delay, &window, [&time] { time.release(); });
+    };
+    QObject::connect(&window, &MainWindow::firstPainted, &window, [=] { releaseAfter(toTheScreen); });
+    releaseAfter(longestHold);
     delegate.applicationDidFinishLaunching(window);
     return QApplication::exec();
 }

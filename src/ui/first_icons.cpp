@@ -2,6 +2,7 @@
 
 #include <QThreadPool>
 
+#include "platform/give_way.h"
 #include "ui/icons.h"
 
 namespace orlix {
@@ -19,7 +20,10 @@ constexpr SizedIcon icons[] = {
 }  // namespace
 
 void startDrawingFirstIcons(qreal devicePixelRatio) {
-    QThreadPool::globalInstance()->start([devicePixelRatio] { prepareIcons(icons, devicePixelRatio); });
+    QThreadPool::globalInstance()->start([devicePixelRatio] {
+        giveWay();
+        prepareIcons(icons, devicePixelRatio);
+    });
 }
 
 }  // namespace orlix
