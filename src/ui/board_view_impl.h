@@ -47,7 +47,7 @@ class BoardView::Impl {
           frames_(new QTimer(&view)),
           pointer_(game),
           narrator_(game, loc) {
-        constexpr int frameMs = 20;
+        constexpr int frameMs = 25;
         frames_->setInterval(frameMs);
         frames_->setTimerType(Qt::PreciseTimer);
         connect(frames_, &QTimer::timeout, &view_, [this] { advanceMotion(); });
