@@ -65,9 +65,10 @@ void EngineOutput::rest() {
     isResting_ = true;
 }
 
-void EngineOutput::endRest() {
+bool EngineOutput::endRest() {
     const std::lock_guard lock(mutex_);
     isResting_ = false;
+    return !pending_.empty() && !isAnnounced_;
 }
 
 void EngineOutput::close() {

@@ -27,8 +27,8 @@ class EngineOutput {
         EngineEvaluation evaluation;  ///< after an info line; empty otherwise
     };
 
-    /// `waker` is woken after lines have come in, and then not again before `takeAll`. It lives on the
-    /// calling thread until `close` has returned.
+    /// `waker` is woken after lines have come in, unless they may `rest`, and then not again before
+    /// `takeAll`. It lives on the calling thread until `close` has returned.
     explicit EngineOutput(Waker& waker);
 
     /// The bytes of one read. Waits while the main thread is far behind, so a flood waits in the engine's
@@ -41,7 +41,8 @@ class EngineOutput {
     /// Until `endRest`, info lines that another thread brings wait without waking anybody, unless they become
     /// many. Every other line wakes at once, and what waits goes before it.
     void rest();
-    void endRest();
+    /// Returns whether lines wait of which nobody was told: the caller takes them then.
+    bool endRest();
 
     /// Drops what waits and everything still to come, and wakes a waiting `receive`.
     void close();

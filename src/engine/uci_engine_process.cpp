@@ -255,7 +255,7 @@ void UCIEngineProcess::Impl::drain() {
         rest_.start();
     } else {
         rest_.stop();
-        current->endRest();
+        if (current->endRest() && !nextTurn_.isActive()) nextTurn_.start();
     }
     announceDrained();
 }

@@ -72,8 +72,7 @@ void BoardView::Impl::runMotion() {
     progress_ = 0;
     elapsed_.start();
     frames_->start();
-    shownArea_ = motionArea();
-    view_.update(shownArea_);
+    view_.update(motionArea());
 }
 
 void BoardView::Impl::advanceMotion() {
@@ -82,13 +81,15 @@ void BoardView::Impl::advanceMotion() {
         finishMotion();
         return;
     }
+    const QRegion before = motionArea();
     progress_ = curve.valueForProgress(qreal(elapsed_.elapsed()) / travelMs);
-    const QRegion before = std::exchange(shownArea_, motionArea());
-    const bool isSlowEnd = motion_.fading.empty() && shownArea_ == before;
+    const QRegion after = motionArea();
+    const bool isSlowEnd = motion_.fading.empty() && after == before;
     if (isSlowEnd) return;
-    QRegion changed = before + shownArea_;
+    QRegion changed = before + after;
     // One rectangle is painted and sent faster than the three of two that overlap.
-    if (before.rectCount() == 1 && shownArea_.rectCount() == 1) changed = changed.boundingRect();
+    if (before.rectCount() == 1 && after.rectCount() == 1 && before.intersects(after))
+        changed = changed.boundingRect();
     // At once: a posted request would cost another turn of the event loop.
     view_.repaint(changed);
 }
@@ -96,7 +97,7 @@ void BoardView::Impl::advanceMotion() {
 void BoardView::Impl::finishMotion() {
     if (motion_.isEmpty()) return;
     frames_->stop();
-    QRegion area = shownArea_;
+    QRegion area = motionArea();
     for (const BoardMotion::Traveller& traveller : motion_.travellers) {
         area += geometry().rect(traveller.to).toAlignedRect();
     }

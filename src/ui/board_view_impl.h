@@ -116,7 +116,6 @@ class BoardView::Impl {
     BoardMotion::Placement placement_;  ///< of the position shown, with the pieces' identities
     BoardMotion motion_;                ///< empty when nothing travels
     qreal progress_ = 1;                ///< of the motion, eased, 0 to 1
-    QRegion shownArea_;                 ///< what the motion has painted at its present stage
     QElapsedTimer elapsed_;
     QTimer* frames_;  ///< child of the view; runs during a motion only
     BoardPainter painter_;

@@ -107,7 +107,7 @@ void EvaluationBarView::Impl::moveTo(double fraction) {
     }
     start = shown;
     elapsed.start();
-    frames->start(animationMs / pictures);
+    frames->start((animationMs + pictures - 1) / pictures);
 }
 
 // What is to be painted again: only the strip that the edge has crossed.

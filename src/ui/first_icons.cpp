@@ -2,7 +2,6 @@
 
 #include <QThreadPool>
 
-#include "platform/give_way.h"
 #include "ui/icons.h"
 
 namespace orlix {
@@ -20,10 +19,7 @@ constexpr SizedIcon icons[] = {
 }  // namespace
 
 void startDrawingFirstIcons(qreal devicePixelRatio) {
-    QThreadPool::globalInstance()->start([devicePixelRatio] {
-        giveWay();
-        prepareIcons(icons, devicePixelRatio);
-    });
+    QThreadPool::globalInstance()->start([devicePixelRatio] { prepareIcons(icons, devicePixelRatio); });
 }
 
 }  // namespace orlix

@@ -6,6 +6,7 @@
 #include <QSvgRenderer>
 #include <QtMath>
 #include <mutex>
+#include <optional>
 #include <utility>
 
 namespace orlix {
@@ -76,7 +77,7 @@ std::size_t qHash(const Look& look, std::size_t seed = 0) {
 constexpr qsizetype mostKept = 256;
 
 struct Shapes {
-    std::mutex mutex;  // held while one is drawn: who needs it meanwhile waits
+    std::mutex mutex;  // never held while one is drawn: at worst two threads draw the same
     QHash<Shape, QImage> kept;
 };
 
@@ -99,13 +100,22 @@ QImage drawn(const Shape& shape) {
     return image;
 }
 
+std::optional<QImage> knownShape(const Shape& shape) {
+    const std::scoped_lock lock(shapes().mutex);
+    const auto known = shapes().kept.constFind(shape);
+    if (known == shapes().kept.constEnd()) return std::nullopt;
+    return *known;
+}
+
 QImage shapeOf(const Shape& shape) {
+    if (std::optional<QImage> known = knownShape(shape)) return *known;
+    // Outside the lock: Qt may hand parts of the drawing to the pool, whose one thread may be waiting for it.
+    QImage image = drawn(shape);
     const std::scoped_lock lock(shapes().mutex);
     QHash<Shape, QImage>& kept = shapes().kept;
-    const auto known = kept.constFind(shape);
-    if (known != kept.constEnd()) return *known;
     if (kept.size() >= mostKept) kept.clear();
-    return *kept.insert(shape, drawn(shape));
+    kept.insert(shape, image);
+    return image;
 }
 
 Shape shapeFor(Icon icon, int size, qreal ratio) {

@@ -166,6 +166,7 @@ void MainView::showGame(Banner& banner, PieceColor color) {
     values.isLowOnTime = isLowOnTime(game_.clock(), color);
     // The game forgets neither pause nor end when it leaves a search running.
     values.isThinking = game_.currentlyThinkingColor() == color && !game_.isPaused() && !game_.isGameOver();
+    banner.tenths = -1;  // the banner may be another side's now
     banner.view->setValues(values);
 }
 

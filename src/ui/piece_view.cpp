@@ -8,7 +8,6 @@
 #include <memory>
 #include <utility>
 
-#include "platform/give_way.h"
 #include "ui/piece_glyph.h"
 
 namespace orlix {
@@ -119,13 +118,10 @@ void PiecePixmaps::prepare(int side) {
     setSide(side);
     // In a thread of the pool: there Qt fills a shape in one go. On the main thread it would hand out every
     // few lines of it to the same pool and wait, hundreds of times for one set of pieces. In one thread: two
-    // would keep a machine of two cores from what the main thread does meanwhile, and one gives way to it.
+    // would keep a machine of two cores from what the main thread does meanwhile.
     const auto task = std::make_shared<std::packaged_task<Sets()>>([side] { return renderedSets(side); });
     coming_ = task->get_future();
-    QThreadPool::globalInstance()->start([task] {
-        giveWay();
-        (*task)();
-    });
+    QThreadPool::globalInstance()->start([task] { (*task)(); });
 }
 
 void PiecePixmaps::takePrepared() {

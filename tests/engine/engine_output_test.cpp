@@ -64,10 +64,13 @@ TEST_F(EngineOutputTest, atTheEndOfARestTheNextLineWakes) {
     output_.rest();
     receiveFromThread("info depth 1\n");
     EXPECT_EQ(wakes(), 0);
-    output_.endRest();
+    EXPECT_TRUE(output_.endRest()) << "one waits of which nobody was told";
     receiveFromThread("info depth 2\n");
     EXPECT_EQ(wakes(), 1);
+    output_.rest();
+    EXPECT_FALSE(output_.endRest()) << "everybody knows of these";
     EXPECT_EQ(take().size(), 2U);
+    EXPECT_FALSE(output_.endRest());
 }
 
 TEST_F(EngineOutputTest, aFloodDoesNotWaitForTheEndOfARest) {

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTest>
+#include <thread>
 
 #include "engine/uci_engine_process.h"
 #include "support/fake_file_tests.h"
@@ -31,6 +32,14 @@ class UCIEngineRest : public ::testing::Test {
         engine_->start({});
     }
 
+    /// As an engine's own thread delivers it.
+    void sayFromThread(const QByteArray& chunk) {
+        std::thread([&] { launcher_.last().say(chunk); }).join();
+    }
+    bool reachesDepth(int depth) {
+        return QTest::qWaitFor([&] { return engine_->currentEvaluation().depth == depth; });
+    }
+
     FakeProcessLauncher launcher_;
     FakeFileTests files_;
     EngineConfiguration config_;
@@ -46,6 +55,50 @@ TEST_F(UCIEngineRest, linesOfOneReadAndTheAnswersToThemAreAnnouncedTogether) {
     EXPECT_EQ(logChanged.size(), 1) << "options and \"isready\" went out in between";
     EXPECT_EQ(evaluationChanged.size(), 1);
     ASSERT_TRUE(engine_->logLines().contains(QStringLiteral("> isready")));
+}
+
+TEST_F(UCIEngineRest, infoLinesThatFollowOthersAreTakenTogetherAndNoneIsForgotten) {
+    sayFromThread("uciok\nreadyok\n");
+    int updates = 0;
+    engine_->setOnEvaluationUpdate([&](const EngineEvaluation&) { ++updates; });
+    sayFromThread("info depth 1\n");
+    ASSERT_TRUE(reachesDepth(1));
+    const QSignalSpy announced(engine_.get(), &UCIEngineProcess::evaluationChanged);
+    for (int depth = 2; depth <= 6; ++depth) {
+        sayFromThread("info depth " + QByteArray::number(depth) + '\n');
+        QCoreApplication::processEvents();
+    }
+    ASSERT_TRUE(reachesDepth(6)) << "the last line, after which the engine says nothing";
+    EXPECT_EQ(updates, 6);
+    EXPECT_LT(announced.size(), 5);
+    const TimerWatch watch;
+    QTest::qWait(500);
+    EXPECT_LE(watch.count, 1) << "the end of the rest, and no more";
+    sayFromThread("info depth 7\n");
+    ASSERT_TRUE(reachesDepth(7));
+}
+
+TEST_F(UCIEngineRest, anEngineThatStartsAnewDuringARestIsHeard) {
+    sayFromThread("uciok\nreadyok\ninfo depth 1\n");
+    ASSERT_TRUE(reachesDepth(1));
+    sayFromThread("info depth 2\n");
+    ASSERT_TRUE(reachesDepth(2));
+    sayFromThread("info depth 3\n");
+    engine_->terminate();
+    engine_->start({});
+    sayFromThread("info depth 4\n");
+    ASSERT_TRUE(reachesDepth(4));
+    sayFromThread("info depth 5\n");
+    ASSERT_TRUE(reachesDepth(5));
+}
+
+TEST_F(UCIEngineRest, aLineThatComesWhileAnAnswerIsTakenIsNotForgotten) {
+    sayFromThread("uciok\nreadyok\n");
+    sayFromThread("info depth 1\n");
+    ASSERT_TRUE(reachesDepth(1));
+    engine_->search({}, [&](const QString&) { sayFromThread("info depth 9\n"); });
+    sayFromThread("info depth 2\nbestmove e2e4\n");
+    ASSERT_TRUE(reachesDepth(9));
 }
 
 TEST_F(UCIEngineRest, noTimerRunsWhileTheEngineIsSilent) {

@@ -25,6 +25,10 @@ TEST_F(AutomatchWidgetTest, itIsShownWhileASeriesRunsAndOnlyThen) {
     EXPECT_EQ(widget(), nullptr) << "built for the first series";
     automatch->startAutomatch(2);
     EXPECT_TRUE(widget()->isVisible());
+    const QObjectList parts = widget()->parentWidget()->children();
+    EXPECT_EQ(*std::find_if(parts.begin(), parts.end(), [](QObject* part) { return part->isWidgetType(); }),
+              widget())
+        << "read first, as it stands first";
     EXPECT_TRUE(panel->findChild<MoveListView*>()->isVisible());
     automatch->pauseAutomatch();
     EXPECT_TRUE(widget()->isVisible());

@@ -291,7 +291,7 @@ TEST_F(EvaluationBarTest, theStripAndTheLabelArePaintedWithoutWhatLiesBetween) {
     settle();
     EXPECT_FALSE(paints.region.contains(QPoint(16, 300)));
     EXPECT_EQ(paints.region.rectCount(), 2);
-    for (const qreal ratio : {1.0, 1.5, 2.0}) {
+    for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0}) {
         const QRegion both = QRegion(0, 150, 32, 60) + QRegion(0, 370, 32, 30);
         EXPECT_EQ(test::repaintedPictureOf(bar_, ratio, both), pictureOf(bar_, ratio)) << ratio;
     }

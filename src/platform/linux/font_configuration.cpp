@@ -5,8 +5,6 @@
 #include <clocale>
 #include <memory>
 
-#include "platform/give_way.h"
-
 namespace orlix {
 namespace {
 
@@ -37,7 +35,6 @@ std::future<GenericFamilies> startReadingFontConfiguration() {
     // Numbers are read by the locale's rules: it must not change meanwhile.
     std::setlocale(LC_ALL, "");
     return std::async(std::launch::async, [] {
-        giveWay();
         FcInit();
         return GenericFamilies{installedFamily("sans-serif"), installedFamily("monospace")};
     });

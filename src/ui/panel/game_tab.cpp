@@ -34,6 +34,7 @@ void GameTab::takeSeries() {
     if (series_ || !context_.automatch.isAutomatchActive()) return;
     series_ = new AutomatchWidget(context_, this);
     layout_->insertWidget(0, series_);
+    series_->lower();  // assistive technology reads in the stacking order
 }
 
 void GameTab::takeGame() {
