@@ -4,6 +4,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
+#include <QDBusPendingCall>
 #include <QDBusReply>
 #include <QDBusVariant>
 
@@ -11,6 +12,7 @@ namespace orlix::e2e {
 
 namespace {
 
+constexpr const char* rootPath = "/org/a11y/atspi/accessible/root";
 constexpr const char* accessibleInterface = "org.a11y.atspi.Accessible";
 constexpr const char* componentInterface = "org.a11y.atspi.Component";
 constexpr const char* valueInterface = "org.a11y.atspi.Value";
@@ -20,6 +22,54 @@ constexpr int deepest = 30;
 
 QString text(const char* latin1) {
     return QString::fromLatin1(latin1);
+}
+
+// Waits for the answer; what is no answer, or an empty one, is an invalid value.
+QVariant answer(QDBusPendingCall& question) {
+    question.waitForFinished();
+    const QDBusMessage reply = question.reply();
+    return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0) : QVariant();
+}
+
+QVariant propertyIn(QDBusPendingCall& question) {
+    return answer(question).value<QDBusVariant>().variant();
+}
+
+bool isShowingIn(const QVariant& states) {
+    if (!states.isValid()) return false;
+    QList<uint> words;
+    states.value<QDBusArgument>() >> words;
+    return !words.isEmpty() && (words.constFirst() >> showingStateBit & 1U) != 0;
+}
+
+QRect areaIn(const QVariant& extents) {
+    if (!extents.isValid()) return {};
+    const auto argument = extents.value<QDBusArgument>();
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    argument.beginStructure();
+    argument >> x >> y >> width >> height;
+    argument.endStructure();
+    return {x, y, width, height};
+}
+
+QStringList pathsIn(const QVariant& children) {
+    QStringList paths;
+    if (!children.isValid()) return paths;
+    const auto list = children.value<QDBusArgument>();
+    list.beginArray();
+    while (!list.atEnd()) {
+        QString program;
+        QDBusObjectPath child;
+        list.beginStructure();
+        list >> program >> child;
+        list.endStructure();
+        paths << child.path();
+    }
+    list.endArray();
+    return paths;
 }
 
 }  // namespace
@@ -36,13 +86,16 @@ AccessibleTree::~AccessibleTree() {
     QDBusConnection::disconnectFromBus(connectionName_);
 }
 
-QVariant AccessibleTree::property(const QString& path, const char* interface, const char* name) const {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        program_, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    call << text(interface) << text(name);
-    const QDBusMessage reply = bus_.call(call, QDBus::Block, callLimitMs);
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return {};
-    return reply.arguments().constFirst().value<QDBusVariant>().variant();
+QDBusPendingCall AccessibleTree::ask(const QString& path, const char* interface, const char* method,
+                                     const QVariantList& arguments) const {
+    QDBusMessage call = QDBusMessage::createMethodCall(program_, path, text(interface), text(method));
+    call.setArguments(arguments);
+    return bus_.asyncCall(call, callLimitMs);
+}
+
+QDBusPendingCall AccessibleTree::askProperty(const QString& path, const char* interface,
+                                             const char* name) const {
+    return ask(path, "org.freedesktop.DBus.Properties", "Get", {text(interface), text(name)});
 }
 
 // The program is whoever answers at the accessibility root and is not this connection.
@@ -50,68 +103,49 @@ QString AccessibleTree::programOnBus() const {
     const QStringList names = bus_.interface()->registeredServiceNames().value();
     for (const QString& name : names) {
         if (!name.startsWith(u':') || name == bus_.baseService()) continue;
-        QDBusMessage call =
-            QDBusMessage::createMethodCall(name, QStringLiteral("/org/a11y/atspi/accessible/root"),
-                                           text(accessibleInterface), QStringLiteral("GetRoleName"));
+        QDBusMessage call = QDBusMessage::createMethodCall(name, text(rootPath), text(accessibleInterface),
+                                                           text("GetRoleName"));
         if (bus_.call(call, QDBus::Block, callLimitMs).type() == QDBusMessage::ReplyMessage) return name;
     }
     return {};
 }
 
-void AccessibleTree::walk(const QString& path, std::vector<AccessibleNode>& into, int depth) const {
+// All that is asked about a row of siblings is on its way before the first answer is waited for.
+void AccessibleTree::walk(const QStringList& siblings, std::vector<AccessibleNode>& into, int depth) const {
     if (depth > deepest) return;
-    const auto ask = [&](const char* interface, const char* method, const QVariantList& arguments = {}) {
-        QDBusMessage call = QDBusMessage::createMethodCall(program_, path, text(interface), text(method));
-        call.setArguments(arguments);
-        return bus_.call(call, QDBus::Block, callLimitMs);
+    struct Questions {
+        QDBusPendingCall name;
+        QDBusPendingCall role;
+        QDBusPendingCall states;
+        QDBusPendingCall extents;
+        QDBusPendingCall children;
     };
-
-    AccessibleNode node;
-    node.path = path;
-    node.name = property(path, accessibleInterface, "Name").toString();
-    node.role = ask(accessibleInterface, "GetRoleName").arguments().value(0).toString();
-    const QDBusMessage states = ask(accessibleInterface, "GetState");
-    if (states.type() == QDBusMessage::ReplyMessage && !states.arguments().isEmpty()) {
-        QList<uint> words;
-        states.arguments().constFirst().value<QDBusArgument>() >> words;
-        node.isShowing = !words.isEmpty() && (words.constFirst() >> showingStateBit & 1U) != 0;
+    std::vector<Questions> asked;
+    for (const QString& path : siblings)
+        asked.push_back({askProperty(path, accessibleInterface, "Name"),
+                         ask(path, accessibleInterface, "GetRoleName"),
+                         ask(path, accessibleInterface, "GetState"),
+                         ask(path, componentInterface, "GetExtents", {0U}),  // 0: on the screen
+                         ask(path, accessibleInterface, "GetChildren")});
+    for (std::size_t index = 0; index < asked.size(); ++index) {
+        Questions& questions = asked[index];
+        AccessibleNode node;
+        node.path = siblings[static_cast<qsizetype>(index)];
+        node.name = propertyIn(questions.name).toString();
+        node.role = answer(questions.role).toString();
+        node.isShowing = isShowingIn(answer(questions.states));
+        node.area = areaIn(answer(questions.extents));
+        into.push_back(node);
+        // What is in a hidden page is not showing either. The program itself, above its windows, has no
+        // state.
+        if (node.isShowing || depth == 0) walk(pathsIn(answer(questions.children)), into, depth + 1);
     }
-    const QDBusMessage extents = ask(componentInterface, "GetExtents", {0U});  // 0: on the screen
-    if (extents.type() == QDBusMessage::ReplyMessage && !extents.arguments().isEmpty()) {
-        const auto argument = extents.arguments().constFirst().value<QDBusArgument>();
-        int x = 0;
-        int y = 0;
-        int width = 0;
-        int height = 0;
-        argument.beginStructure();
-        argument >> x >> y >> width >> height;
-        argument.endStructure();
-        node.area = QRect(x, y, width, height);
-    }
-    into.push_back(node);
-
-    const QDBusMessage children = ask(accessibleInterface, "GetChildren");
-    if (children.type() != QDBusMessage::ReplyMessage || children.arguments().isEmpty()) return;
-    const auto list = children.arguments().constFirst().value<QDBusArgument>();
-    QStringList paths;
-    list.beginArray();
-    while (!list.atEnd()) {
-        QString program;
-        QDBusObjectPath child;
-        list.beginStructure();
-        list >> program >> child;
-        list.endStructure();
-        paths << child.path();
-    }
-    list.endArray();
-    for (const QString& child : std::as_const(paths))
-        walk(child, into, depth + 1);
 }
 
 std::vector<AccessibleNode> AccessibleTree::nodes() {
     program_ = programOnBus();
     std::vector<AccessibleNode> all;
-    if (!program_.isEmpty()) walk(QStringLiteral("/org/a11y/atspi/accessible/root"), all, 0);
+    if (!program_.isEmpty()) walk({text(rootPath)}, all, 0);
     return all;
 }
 
@@ -122,7 +156,8 @@ std::optional<AccessibleNode> AccessibleTree::find(const QString& name, const QS
 }
 
 std::optional<double> AccessibleTree::value(const AccessibleNode& node) const {
-    const QVariant value = property(node.path, valueInterface, "CurrentValue");
+    QDBusPendingCall question = askProperty(node.path, valueInterface, "CurrentValue");
+    const QVariant value = propertyIn(question);
     if (!value.isValid()) return std::nullopt;
     return value.toDouble();
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusPendingCall>
 #include <QObject>
 #include <QRect>
 #include <QString>
@@ -41,7 +42,8 @@ class AccessibleTree {
     AccessibleTree(const AccessibleTree&) = delete;
     AccessibleTree& operator=(const AccessibleTree&) = delete;
 
-    /// All nodes, parents before children; empty while no accessible program is on the bus.
+    /// All nodes but what is inside of one that does not show, parents before children; empty while no
+    /// accessible program is on the bus.
     std::vector<AccessibleNode> nodes();
     /// The first showing node with this name, of this role when one is given.
     std::optional<AccessibleNode> find(const QString& name, const QString& role = QString());
@@ -52,8 +54,10 @@ class AccessibleTree {
 
   private:
     QString programOnBus() const;
-    QVariant property(const QString& path, const char* interface, const char* name) const;
-    void walk(const QString& path, std::vector<AccessibleNode>& into, int depth) const;
+    QDBusPendingCall ask(const QString& path, const char* interface, const char* method,
+                         const QVariantList& arguments = {}) const;
+    QDBusPendingCall askProperty(const QString& path, const char* interface, const char* name) const;
+    void walk(const QStringList& siblings, std::vector<AccessibleNode>& into, int depth) const;
 
     QString connectionName_;
     QDBusConnection bus_;

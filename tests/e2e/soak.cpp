@@ -39,6 +39,7 @@ SoakPlan SoakPlan::brief() {
     SoakPlan plan;
     plan.minutes = 2;
     plan.leastActions = 60;
+    plan.leastSamples = 3;
     plan.warmUpSeconds = 30;
     plan.quietEverySeconds = 25;
     plan.growthKib = 8192;
@@ -376,7 +377,10 @@ void Soak::run() {
     tour();
     double restAt = 0;
     const double end = plan_.minutes * 60;
-    for (double now = 0; now < end || actions_ < plan_.leastActions; now = double(clock_.elapsed()) / 1000) {
+    const auto isEnough = [&] {
+        return actions_ >= plan_.leastActions && samples_.size() + 1 >= plan_.leastSamples;  // one comes last
+    };
+    for (double now = 0; now < end || !isEnough(); now = double(clock_.elapsed()) / 1000) {
         if (now >= restAt) {
             rest();
             restAt = double(clock_.elapsed()) / 1000 + plan_.quietEverySeconds;

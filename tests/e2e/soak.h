@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QString>
+#include <cstddef>
 #include <random>
 #include <string>
 #include <vector>
@@ -15,7 +16,8 @@ namespace orlix::e2e {
 
 struct SoakPlan {
     double minutes = 30;
-    int leastActions = 0;  ///< on a slow machine it goes on for these
+    int leastActions = 0;          ///< on a slow machine it goes on for these
+    std::size_t leastSamples = 2;  ///< and for these quiet moments
     unsigned seed = 1;
     int warmUpSeconds = 300;  ///< after which nothing may grow
     int quietEverySeconds = 60;
