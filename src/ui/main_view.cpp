@@ -23,7 +23,8 @@ namespace orlix {
 namespace {
 
 constexpr qint64 lowTimeMs = 10'000;
-// In its first moments an engine has more to say than anyone can read, and each word costs a picture.
+// In its first moments an engine has more to say than anyone can read, and each word costs a picture. Lines
+// that rest in between come further apart than this, and are shown without another wake.
 constexpr std::chrono::milliseconds evaluationInterval{150};
 
 /// The pieces of `color`'s opponent that are gone, queens first and each type together.

@@ -29,8 +29,8 @@ using namespace orlix;
 using namespace orlix::e2e;
 
 constexpr int settleMs = 3000;
-constexpr int startedMs =
-    8000;  // until all is over that is done once after a start, as the look for an update
+// Until all is over that is done once after a start, as the look for an update.
+constexpr int startedMs = 8000;
 constexpr int mostPlies = 600;
 constexpr int oneSecond = 10;  // tenths
 
