@@ -272,6 +272,10 @@ QSize BoardView::sizeHint() const {
     return {672, 672};
 }
 
+void BoardView::preparePieces() {
+    impl_->preparePieces();
+}
+
 bool BoardView::event(QEvent* event) {
     // The release will go elsewhere, or nowhere.
     const bool losesMouse = event->type() == QEvent::UngrabMouse ||
@@ -286,7 +290,7 @@ void BoardView::paintEvent(QPaintEvent* event) {
 }
 
 void BoardView::resizeEvent(QResizeEvent*) {
-    impl_->preparePieces();
+    preparePieces();
     impl_->placePicker();
 }
 

@@ -33,6 +33,9 @@ class BoardView : public QWidget {
     /// The square at a place in widget coordinates; absent beside the board.
     std::optional<Square> squareAt(const QPointF& position) const;
     QSize sizeHint() const override;
+    /// Has another thread draw the pieces for the present size. A board that is not shown yet hears of its
+    /// size only with the window's creation.
+    void preparePieces();
 
     // What assistive technology reads and does.
     /// The system's until another is set, which outlives the view.

@@ -90,6 +90,11 @@ PlayerInfo MainView::playerInfo(PieceColor color) const {
     return orlix::playerInfo(color, game_);
 }
 
+void MainView::prepareFirstPicture() {
+    layOutChildren();
+    board_->preparePieces();
+}
+
 bool MainView::event(QEvent* event) {
     // Another screen may have another pixel ratio, and the board stands on whole device pixels.
     if (event->type() == QEvent::ScreenChangeInternal) layOutChildren();

@@ -46,6 +46,9 @@ class MainView : public QWidget {
     ~MainView() override;
 
     PlayerInfo playerInfo(PieceColor color) const;
+    /// Lays everything out for the present size and begins to draw the pieces, which takes another thread as
+    /// long as the window's way to the screen.
+    void prepareFirstPicture();
 
   protected:
     bool event(QEvent* event) override;

@@ -82,6 +82,8 @@ MainWindow::MainWindow(const MainView::Collaborators& with, UpdateController& up
     connect(&with.loc, &LocalizationManager::changed, this, retitle);
     retitle();
     resize(sizeOn(screen(), column->totalMinimumSize()));
+    column->activate();
+    view->prepareFirstPicture();
 }
 
 MainWindow::~MainWindow() {
