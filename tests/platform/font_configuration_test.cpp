@@ -13,7 +13,9 @@ QString installed(const char* generic) {
 }
 
 TEST(FontConfiguration, namesTheFamiliesThatQtTakesForTheGenericNames) {
-    const GenericFamilies families = startReadingFontConfiguration().get();
+    FontConfiguration configuration = startReadingFontConfiguration();
+    configuration.isRead.get();
+    const GenericFamilies families = configuration.families.get();
     EXPECT_FALSE(families.sansSerif.empty());
     EXPECT_EQ(QString::fromStdString(families.sansSerif), installed("Sans Serif"));
     EXPECT_EQ(QString::fromStdString(families.monospace), installed("monospace"));

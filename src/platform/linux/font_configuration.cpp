@@ -4,6 +4,7 @@
 
 #include <clocale>
 #include <memory>
+#include <utility>
 
 namespace orlix {
 namespace {
@@ -31,13 +32,17 @@ std::string installedFamily(const char* generic) {
 
 }  // namespace
 
-std::future<GenericFamilies> startReadingFontConfiguration() {
+FontConfiguration startReadingFontConfiguration() {
     // Numbers are read by the locale's rules: it must not change meanwhile.
     std::setlocale(LC_ALL, "");
-    return std::async(std::launch::async, [] {
+    std::promise<void> read;
+    FontConfiguration configuration{read.get_future(), {}};
+    configuration.families = std::async(std::launch::async, [read = std::move(read)]() mutable {
         FcInit();
+        read.set_value();
         return GenericFamilies{installedFamily("sans-serif"), installedFamily("monospace")};
     });
+    return configuration;
 }
 
 }  // namespace orlix
