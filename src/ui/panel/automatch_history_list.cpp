@@ -169,7 +169,7 @@ void AutomatchHistoryList::keyPressEvent(QKeyEvent* event) {
 void AutomatchHistoryList::focusInEvent(QFocusEvent* event) {
     if (event->reason() != Qt::ActiveWindowFocusReason) showsFocus_ = event->reason() != Qt::MouseFocusReason;
     // The list's own would make the first row current, and the first step down would skip it.
-    QAbstractScrollArea::focusInEvent(event);
+    QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
     viewport()->update();
 }
 

@@ -14,15 +14,16 @@
 
 namespace orlix {
 
-AutomatchTab::AutomatchTab(const PanelContext& context, QWidget* parent) : QWidget(parent) {
+AutomatchTab::AutomatchTab(const PanelContext& context, QWidget* parent)
+    : QWidget(parent),
+      scoreboard_(new AutomatchScoreboard(context)),
+      controls_(new AutomatchControls(context)),
+      configuration_(new AutomatchConfiguration(context)),
+      history_(new AutomatchHistory(context)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* page = new ScrollPage(context.theme, this);
     layout->addWidget(page);
-    scoreboard_ = new AutomatchScoreboard(context);
-    controls_ = new AutomatchControls(context);
-    configuration_ = new AutomatchConfiguration(context);
-    history_ = new AutomatchHistory(context);
     page->content()->addWidget(scoreboard_);
     page->content()->addWidget(controls_);
     page->content()->addWidget(configuration_);
