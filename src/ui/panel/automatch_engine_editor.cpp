@@ -21,17 +21,19 @@ const char* headKey(AutomatchEngineEditor::Slot slot) {
 }  // namespace
 
 AutomatchEngineEditor::AutomatchEngineEditor(Slot slot, const PanelContext& context, QWidget* parent)
-    : QWidget(parent), slot_(slot), context_(context) {
+    : QWidget(parent),
+      slot_(slot),
+      context_(context),
+      picker_(new PickerButton(context.theme, this)),
+      elo_(new EloEditor("limit_elo", context, this)) {
     const bool isFirst = slot == Slot::engine1;
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(metrics::space2);
     layout->addWidget(new LocalizedText(QString::fromLatin1(headKey(slot)), TextStyle::bodyStrong,
                                         ColorRole::text, context.loc, context.theme, this));
-    picker_ = new PickerButton(context.theme, this);
     picker_->setObjectName(isFirst ? QStringLiteral("automatchEngine1") : QStringLiteral("automatchEngine2"));
     layout->addWidget(picker_);
-    elo_ = new EloEditor("limit_elo", context, this);
     elo_->setPartNames(isFirst ? QStringLiteral("engine1") : QStringLiteral("engine2"));
     layout->addWidget(elo_);
 
