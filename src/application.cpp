@@ -1,13 +1,11 @@
 #include "application.h"
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QTimer>
 #include <QWindow>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <functional>
 
 #include "automatch/automatch_manager.h"
 #include "engine/engine_manager.h"
@@ -72,7 +70,7 @@ const char* commandLineAnswer(int argc, char** argv) {
 constexpr std::chrono::milliseconds longestHold{1000};
 constexpr std::chrono::milliseconds toTheScreen{50};  // what a display server may need for a painted window
 
-int run(QApplication& application, const UpdateParts& parts, const std::function<void()>& awaitFonts) {
+int run(QApplication& application, const UpdateParts& parts) {
     startDrawingFirstIcons(application.devicePixelRatio());
     PosixQuitSignals quitSignals;
     QObject::connect(&quitSignals, &PosixQuitSignals::received, &application, &QCoreApplication::quit,
@@ -129,7 +127,6 @@ int run(QApplication& application, const UpdateParts& parts, const std::function
     QObject::connect(&application, &QGuiApplication::focusWindowChanged, &memory, &LeanMemory::returnSoon);
 
     AppDelegate delegate(updates);
-    awaitFonts();
     MainWindow window({game, loc, engines, automatch, exporter, theme, system, time}, updates);
     dialogs.setWindow(&window);
     // The first game's engines start when the first picture has come to the screen, which would have to share
@@ -153,7 +150,7 @@ int runApplication(int argc, char** argv, UpdateParts (*makeUpdateParts)()) {
         return std::fputs(answer, stdout) < 0 ? 1 : 0;
     }
 #ifndef __APPLE__
-    FontConfiguration fonts = startReadingFontConfiguration();
+    std::future<GenericFamilies> fontConfiguration = startReadingFontConfiguration();
 #endif
     // One look everywhere; named before the application exists, so that no system style is loaded first.
     QApplication::setStyle(new LeanStyle);
@@ -161,21 +158,15 @@ int runApplication(int argc, char** argv, UpdateParts (*makeUpdateParts)()) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar, !LinuxSystemSettings::desktopMayShowMenus());
 #endif
     QApplication application(argc, argv);
+#ifndef __APPLE__
+    const GenericFamilies families = fontConfiguration.get();
+    Theme::nameGenericFamilies(QString::fromStdString(families.sansSerif),
+                               QString::fromStdString(families.monospace));
+#endif
     QCoreApplication::setApplicationName(QStringLiteral("velmorandix-orlix"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLIX_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("velmorandix-orlix"));
-#ifdef __APPLE__
-    const auto awaitFonts = [] {};
-#else
-    const auto awaitFonts = [&fonts] {
-        fonts.isRead.get();
-        QFontDatabase::isFixedPitch({});  // the first question of all: Qt makes its own list meanwhile
-        const GenericFamilies families = fonts.families.get();
-        Theme::nameGenericFamilies(QString::fromStdString(families.sansSerif),
-                                   QString::fromStdString(families.monospace));
-    };
-#endif
-    return run(application, makeUpdateParts(), awaitFonts);
+    return run(application, makeUpdateParts());
 }
 
 }  // namespace orlix

@@ -4,7 +4,6 @@
 
 #include <clocale>
 #include <memory>
-#include <utility>
 
 namespace orlix {
 namespace {
@@ -32,17 +31,13 @@ std::string installedFamily(const char* generic) {
 
 }  // namespace
 
-FontConfiguration startReadingFontConfiguration() {
+std::future<GenericFamilies> startReadingFontConfiguration() {
     // Numbers are read by the locale's rules: it must not change meanwhile.
     std::setlocale(LC_ALL, "");
-    std::promise<void> read;
-    FontConfiguration configuration{read.get_future(), {}};
-    configuration.families = std::async(std::launch::async, [read = std::move(read)]() mutable {
+    return std::async(std::launch::async, [] {
         FcInit();
-        read.set_value();
         return GenericFamilies{installedFamily("sans-serif"), installedFamily("monospace")};
     });
-    return configuration;
 }
 
 }  // namespace orlix

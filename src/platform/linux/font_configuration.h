@@ -13,16 +13,10 @@ struct GenericFamilies {
     std::string monospace;
 };
 
-struct FontConfiguration {
-    /// Ready when everything is read. Wait for it before the first question about a font: a second reader
-    /// does not wait, it reads everything again.
-    std::future<void> isRead;
-    std::future<GenericFamilies> families;  ///< some milliseconds later
-};
-
 /// Starts to read the font configuration on a thread of its own: some forty files of XML, which Qt would read
 /// on the main thread when the first text is measured. To be called before the application object exists; it
-/// takes over the environment's locale for that, as the application does.
-FontConfiguration startReadingFontConfiguration();
+/// takes over the environment's locale for that, as the application does. Wait for the result before the
+/// first text: a second reader does not wait, it reads everything again.
+std::future<GenericFamilies> startReadingFontConfiguration();
 
 }  // namespace orlix
