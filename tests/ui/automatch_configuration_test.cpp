@@ -42,6 +42,18 @@ TEST_F(AutomatchConfigurationTest, itShowsWhatTheSeriesHolds) {
     EXPECT_FALSE(automatch->engine2());
 }
 
+// Assistive technology reads in the order of the children.
+TEST_F(AutomatchConfigurationTest, anEngineIsReadFromItsHeadDownwards) {
+    openTab();
+    int lowest = -1;
+    for (const QWidget* part :
+         picker(1)->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        EXPECT_GT(part->y(), lowest) << part->metaObject()->className();
+        lowest = part->y();
+    }
+    EXPECT_GT(lowest, 0);
+}
+
 TEST_F(AutomatchConfigurationTest, theNumberOfGamesIsTypedSteppedOrChosen) {
     openTab();
     click(games()->plusButton());

@@ -24,8 +24,8 @@ AutomatchEngineEditor::AutomatchEngineEditor(Slot slot, const PanelContext& cont
     : QWidget(parent),
       slot_(slot),
       context_(context),
-      picker_(new PickerButton(context.theme, this)),
-      elo_(new EloEditor("limit_elo", context, this)) {
+      picker_(new PickerButton(context.theme)),
+      elo_(new EloEditor("limit_elo", context)) {
     const bool isFirst = slot == Slot::engine1;
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -168,9 +168,13 @@ void AutomatchHistoryList::keyPressEvent(QKeyEvent* event) {
 
 void AutomatchHistoryList::focusInEvent(QFocusEvent* event) {
     if (event->reason() != Qt::ActiveWindowFocusReason) showsFocus_ = event->reason() != Qt::MouseFocusReason;
-    // The list's own would make the first row current, and the first step down would skip it.
-    QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
-    viewport()->update();
+    QListView::focusInEvent(event);
+}
+
+// With the focus comes a request for the next row, to make the first one current: the first step down would
+// then skip it. No key asks for this one.
+QModelIndex AutomatchHistoryList::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    return action == MoveNext ? QModelIndex() : QListView::moveCursor(action, modifiers);
 }
 
 bool AutomatchHistoryList::viewportEvent(QEvent* event) {

@@ -37,6 +37,7 @@ class AutomatchHistoryList : public QListView, public ShowsText {
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
