@@ -1,26 +1,16 @@
 #include "ui/piece_view.h"
 
-#include <QImage>
 #include <QPainter>
-#include <QPainterPath>
 #include <QThreadPool>
-#include <QtMath>
 #include <memory>
+#include <thread>
 #include <utility>
 
-#include "ui/piece_glyph.h"
+#include "ui/piece_shape.h"
 
 namespace orlix {
 
 namespace {
-
-// Shares of the square's side.
-constexpr qreal edgeWidth = 0.017;
-constexpr qreal haloWidth = 0.014;
-constexpr qreal shadowOffset = 0.022;
-constexpr qreal shadowSoftness = 0.022;
-// Below this many pixels an edge breaks up into grey.
-constexpr qreal thinnestEdge = 0.6;
 
 QColor shade(QRgb rgb, qreal opacity) {
     QColor color = QColor::fromRgb(rgb);
@@ -28,38 +18,10 @@ QColor shade(QRgb rgb, qreal opacity) {
     return color;
 }
 
-// The outline scaled to the square and centred in it: each symbol by its own width, all of them by the height
-// of the king, so that they stand on one line.
-QPainterPath centredOutline(PieceType type, qreal size) {
-    const qreal scale = PieceView::fontSize(size);
-    const QPainterPath& glyph = pieceGlyph(solidPieceSymbol(type));
-    const QRectF own = glyph.boundingRect();
-    const QRectF tallest = pieceGlyph(solidPieceSymbol(PieceType::king)).boundingRect();
-    QTransform transform;
-    transform.translate(size / 2, size / 2);
-    transform.scale(scale, scale);
-    transform.translate(-own.center().x(), -tallest.center().y());
-    return transform.map(glyph);
-}
-
-void paintContour(QPainter& painter, const QPainterPath& path, const QColor& color, qreal width) {
-    painter.strokePath(path, QPen(color, 2 * width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-}
-
-// A soft copy of the outline: drawn small and stretched, which blurs it at next to no cost.
-void paintSoftShadow(QPainter& painter, const QPainterPath& path, const QColor& color, qreal size) {
-    const qreal reduction = qMax(1.0, size * shadowSoftness);
-    const int side = qCeil(size / reduction) + 2;
-    QImage small(side, side, QImage::Format_ARGB32_Premultiplied);
-    small.fill(Qt::transparent);
-    QPainter smallPainter(&small);
-    smallPainter.setRenderHint(QPainter::Antialiasing);
-    smallPainter.translate(1, 1);
-    smallPainter.scale(1 / reduction, 1 / reduction);
-    smallPainter.fillPath(path, color);
-    smallPainter.end();
-    painter.drawImage(QRectF(-reduction, size * shadowOffset - reduction, side * reduction, side * reduction),
-                      small);
+PieceShape::Colors colorsOf(PieceColor color) {
+    if (color == PieceColor::white)
+        return {PieceView::bodyColor(color), shade(0x000000, 0.85), shade(0x000000, 0.4)};
+    return {PieceView::bodyColor(color), shade(0xFFFFFF, 0.35), shade(0x000000, 0.6)};
 }
 
 }  // namespace
@@ -70,39 +32,19 @@ QColor PieceView::bodyColor(PieceColor color) {
 }
 
 void PieceView::paint(QPainter& painter, const QPointF& topLeft) const {
-    const QPainterPath body = centredOutline(type_, size_);
-    painter.save();
-    painter.translate(topLeft);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    if (color_ == PieceColor::white) {
-        paintSoftShadow(painter, body, shade(0x000000, 0.4), size_);
-        paintContour(painter, body, shade(0x000000, 0.85), qMax(thinnestEdge, size_ * edgeWidth));
-    } else {
-        paintSoftShadow(painter, body, shade(0x000000, 0.6), size_);
-        paintContour(painter, body, shade(0xFFFFFF, 0.35), qMax(thinnestEdge, size_ * haloWidth));
-    }
-    painter.fillPath(body, bodyColor(color_));
-    painter.restore();
+    painter.drawImage(topLeft, PieceShape(type_, size_).colored(colorsOf(color_)));
 }
-
-namespace {
-
-QImage rendered(PieceType type, PieceColor color, int side) {
-    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    PieceView(type, color, side).paint(painter);
-    return image;
-}
-
-}  // namespace
 
 PiecePixmaps::Sets PiecePixmaps::renderedSets(int side) {
     Sets sets;
-    for (const PieceColor color : allPieceColors)
-        for (const PieceType type : allPieceTypes)
+    for (const PieceType type : allPieceTypes) {
+        // Whoever waits for this processor, a display server before all, need not wait for the whole set.
+        std::this_thread::yield();
+        const PieceShape shape(type, side);
+        for (const PieceColor color : allPieceColors)
             sets[static_cast<std::size_t>(color)][static_cast<std::size_t>(type)] =
-                rendered(type, color, side);
+                shape.colored(colorsOf(color));
+    }
     return sets;
 }
 
@@ -136,7 +78,8 @@ const QPixmap& PiecePixmaps::pixmap(PieceType type, PieceColor color, int side) 
     setSide(side);
     takePrepared();
     QPixmap& pixmap = pixmaps_[static_cast<std::size_t>(color)][static_cast<std::size_t>(type)];
-    if (pixmap.isNull() && side > 0) pixmap = QPixmap::fromImage(rendered(type, color, side));
+    if (pixmap.isNull() && side > 0)
+        pixmap = QPixmap::fromImage(PieceShape(type, side).colored(colorsOf(color)));
     return pixmap;
 }
 

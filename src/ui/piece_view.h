@@ -16,21 +16,19 @@ namespace orlix {
 
 class PieceView {
   public:
-    /// `size` is the side length of the square in the painter's units.
-    PieceView(PieceType type, PieceColor color, qreal size) : type_(type), color_(color), size_(size) {}
-    PieceView(const Piece& piece, qreal size) : PieceView(piece.type, piece.color, size) {}
+    /// `size` is the side length of the square in device pixels.
+    PieceView(PieceType type, PieceColor color, int size) : type_(type), color_(color), size_(size) {}
+    PieceView(const Piece& piece, int size) : PieceView(piece.type, piece.color, size) {}
 
     /// Paints the piece into the square whose top left corner is `topLeft`, the symbol centred in it.
     void paint(QPainter& painter, const QPointF& topLeft = {}) const;
 
     static QColor bodyColor(PieceColor color);
-    /// The symbol's font size for a square of side `size`.
-    static qreal fontSize(qreal size) { return 0.85 * size; }
 
   private:
     PieceType type_;
     PieceColor color_;
-    qreal size_;
+    int size_;
 };
 
 /// The rendered pieces of one square size, each rendered when it is first asked for. Another size drops them.

@@ -7,6 +7,7 @@
 #include "board_test_support.h"
 #include "ui/board_painter.h"
 #include "ui/piece_glyph.h"
+#include "ui/piece_shape.h"
 
 namespace orlix {
 namespace {
@@ -72,7 +73,7 @@ TEST(PieceView, bodiesHaveTheirColours) {
 }
 
 TEST(PieceView, fontSizeIsTheStatedShareOfTheSquare) {
-    EXPECT_DOUBLE_EQ(PieceView::fontSize(100), 85);
+    EXPECT_DOUBLE_EQ(PieceShape::fontSize(100), 85);
     const QRectF outline = pieceGlyph(solidPieceSymbol(PieceType::king)).boundingRect();
     const QColor ground(128, 128, 128);
     const QRect area = changedArea(drawn(PieceType::king, PieceColor::white, ground, 400), ground);
@@ -115,6 +116,39 @@ TEST(PieceView, shadowsFallBelow) {
         EXPECT_LT(below, 195);
         EXPECT_EQ(image.pixelColor(84, area.top() - 4), ground);
     }
+}
+
+TEST(PieceShape, layersLieOverEachOtherInTheirColours) {
+    const PieceShape shape(PieceType::rook, 84);
+    const PieceShape::Colors onlyBody{QColor(10, 20, 30), Qt::transparent, Qt::transparent};
+    const PieceShape::Colors onlyEdge{Qt::transparent, QColor(0, 200, 0, 128), Qt::transparent};
+    const PieceShape::Colors onlyShadow{Qt::transparent, Qt::transparent, Qt::black};
+    const QImage body = shape.colored(onlyBody);
+    const QImage edge = shape.colored(onlyEdge);
+    const QImage shadow = shape.colored(onlyShadow);
+    const QImage all = shape.colored({onlyBody.body, onlyEdge.edge, onlyShadow.shadow});
+    int bodyPixels = 0;
+    int edgePixels = 0;
+    int shadowPixels = 0;
+    for (int y = 0; y < 84; ++y) {
+        for (int x = 0; x < 84; ++x) {
+            // Painting the layers one over the other gives the same, but for rounding.
+            QImage layered(1, 1, QImage::Format_ARGB32_Premultiplied);
+            layered.fill(Qt::transparent);
+            QPainter painter(&layered);
+            for (const QImage& layer : {shadow, edge, body})
+                painter.drawImage(QPointF(-x, -y), layer);
+            painter.end();
+            ASSERT_TRUE(isNear(all.pixelColor(x, y), layered.pixelColor(0, 0), 3)) << x << ", " << y;
+            ASSERT_NEAR(qAlpha(all.pixel(x, y)), qAlpha(layered.pixel(0, 0)), 3) << x << ", " << y;
+            bodyPixels += body.pixelColor(x, y) == onlyBody.body ? 1 : 0;
+            edgePixels += edge.pixelColor(x, y).alpha() == 128 && qAlpha(body.pixel(x, y)) == 0 ? 1 : 0;
+            shadowPixels += qAlpha(shadow.pixel(x, y)) > 0 && qAlpha(body.pixel(x, y)) == 0 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(bodyPixels, 500);
+    EXPECT_GT(edgePixels, 50);
+    EXPECT_GT(shadowPixels, 50);
 }
 
 TEST(PiecePixmaps, aPieceIsRenderedOnceForASize) {
