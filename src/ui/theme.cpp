@@ -13,6 +13,7 @@ namespace orlix {
 namespace {
 
 Theme* sharedInstance = nullptr;
+constexpr int bodyPixels = 13;
 QString monospaceFamily;  // empty: as the system names it
 
 struct Token {
@@ -137,6 +138,7 @@ void Theme::nameGenericFamilies(const QString& sansSerif, const QString& monospa
     const bool isGeneric = font.family().compare(QLatin1String("Sans Serif"), Qt::CaseInsensitive) == 0;
     if (isGeneric && !sansSerif.isEmpty()) {
         font.setFamily(sansSerif);
+        font.setPixelSize(bodyPixels);
         QApplication::setFont(font);
     }
     monospaceFamily = monospace;
@@ -146,9 +148,9 @@ QFont Theme::font(TextStyle style) {
     QFont font = QApplication::font();
     switch (style) {
         case TextStyle::caption: font.setPixelSize(11); break;
-        case TextStyle::body: font.setPixelSize(13); break;
+        case TextStyle::body: font.setPixelSize(bodyPixels); break;
         case TextStyle::bodyStrong:
-            font.setPixelSize(13);
+            font.setPixelSize(bodyPixels);
             font.setWeight(QFont::DemiBold);
             break;
         case TextStyle::sectionHead:

@@ -71,7 +71,8 @@ class Theme : public QObject {
     static QFont font(TextStyle style);
     /// Sets installed families in place of the two generic names that stand where no desktop has named
     /// others. Qt would load every size twice, once for the generic name and once for the family behind it.
-    /// With an empty name the generic one stays.
+    /// Where no desktop has named a size either, what the style draws (menus) gets the size of `body`. With
+    /// an empty name the generic one stays.
     static void nameGenericFamilies(const QString& sansSerif, const QString& monospace);
     /// The tokens as a palette, for the standard widgets inside a window (fields, menus, scroll bars).
     QPalette palette() const;

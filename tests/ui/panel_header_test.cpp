@@ -33,6 +33,19 @@ TEST_F(PanelHeaderTest, theSideToMoveStandsInTheBadgeWithThatTheGameGoesOnBeside
     EXPECT_EQ(badgeText(), QStringLiteral("Black to move"));
 }
 
+TEST_F(PanelHeaderTest, theSideToMoveHasOneLineInEveryLanguageAtTheWindowsFirstSize) {
+    constexpr int firstPanelWidth = 400;
+    constexpr int oneLine = 26;
+    playAgainstPerson();
+    panel->resize(firstPanelWidth, 800);
+    for (const Language language : allLanguages) {
+        loc->setCurrentLanguage(language);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(badge()->height(), oneLine) << utf8(badgeText());
+        EXPECT_FALSE(secondary().isEmpty());
+    }
+}
+
 TEST_F(PanelHeaderTest, aCheckIsCalledOut) {
     playAgainstPerson();
     game->loadFEN(QStringLiteral("4k3/8/8/8/8/8/8/4KR2 w - - 0 1"));

@@ -150,6 +150,7 @@ TEST(Theme, genericNamesGiveWayToInstalledFamiliesAndOthersStay) {
     Theme::nameGenericFamilies(QStringLiteral("DejaVu Sans"), QStringLiteral("DejaVu Sans Mono"));
     EXPECT_EQ(Theme::font(TextStyle::body).family(), QStringLiteral("DejaVu Sans"));
     EXPECT_EQ(Theme::font(TextStyle::body).pixelSize(), 13);
+    EXPECT_EQ(QApplication::font(), Theme::font(TextStyle::body));
     EXPECT_EQ(Theme::font(TextStyle::monospaced).family(),
               fixed.compare(QLatin1String("monospace"), Qt::CaseInsensitive) == 0
                   ? QStringLiteral("DejaVu Sans Mono")
@@ -160,6 +161,7 @@ TEST(Theme, genericNamesGiveWayToInstalledFamiliesAndOthersStay) {
     QApplication::setFont(generic);
     Theme::nameGenericFamilies(QStringLiteral("DejaVu Sans"), QString());
     EXPECT_EQ(Theme::font(TextStyle::body).family(), QStringLiteral("Cantarell"));
+    EXPECT_EQ(QApplication::font(), generic);
     EXPECT_EQ(Theme::font(TextStyle::monospaced).family(), fixed);
     QApplication::setFont(before);
 }

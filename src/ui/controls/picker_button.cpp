@@ -23,9 +23,7 @@ constexpr int gap = 6;
 constexpr int smallestType = 10;
 
 QFont typeface() {
-    QFont font = Theme::font(TextStyle::body);
-    font.setPixelSize(12);
-    return font;
+    return Theme::font(TextStyle::body);
 }
 
 /// `area` without its corners, the same at all four of them.

@@ -2,6 +2,7 @@
 
 #include <QFontInfo>
 #include <QFontMetricsF>
+#include <QHash>
 #include <QTextDocument>
 
 namespace orlix {
@@ -19,6 +20,17 @@ QFont shrunk(const QFont& font, int minimumPixels, const Fits& fits) {
     return smaller;
 }
 
+struct Question {
+    QString text;
+    QString font;
+    qreal width;
+    bool operator==(const Question&) const = default;
+};
+
+std::size_t qHash(const Question& question, std::size_t seed) {
+    return qHashMulti(seed, question.text, question.font, question.width);
+}
+
 }  // namespace
 
 QString plainToolTip(const QString& text) {
@@ -30,7 +42,18 @@ QString wrappedToolTip(const QString& text) {
 }
 
 QSizeF wrappedSize(const QString& text, const QFont& font, qreal width) {
-    return QFontMetricsF(font).boundingRect(QRectF(0, 0, width, 100000), Qt::TextWordWrap, text).size();
+    const auto measured = [&] {
+        return QFontMetricsF(font).boundingRect(QRectF(0, 0, width, 100000), Qt::TextWordWrap, text).size();
+    };
+    // Before a window stands, its layouts ask for the size of each label five to twenty times.
+    static QHash<Question, QSizeF> known;
+    constexpr int longestLabel = 100;
+    constexpr int mostKnown = 300;
+    if (text.size() > longestLabel) return measured();
+    const Question question{text, font.key(), width};
+    if (const auto found = known.constFind(question); found != known.constEnd()) return *found;
+    if (known.size() >= mostKnown) known.clear();
+    return *known.insert(question, measured());
 }
 
 QFont fittingFont(const QString& text, const QFont& font, const QSizeF& room, int minimumPixels) {

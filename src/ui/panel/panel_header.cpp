@@ -20,7 +20,8 @@ constexpr int badgeEdge = 2;    ///< above and below the text
 constexpr int flatHeight = 26;  ///< with one line
 constexpr int tallHeight = 40;  ///< with more
 constexpr int smallestType = 10;
-constexpr int leastSecondary = 64;
+// Room for the longest word beside a state; with one pixel more the French turn would break over two lines.
+constexpr int leastSecondary = 61;
 
 QFont badgeFont() {
     return Theme::font(TextStyle::bodyStrong);
@@ -144,7 +145,7 @@ void PanelHeader::arrange() {
     const int badgeHeight = isOneLine ? flatHeight : tallHeight;
     badge_->setGeometry(margin, (height() - badgeHeight) / 2, badgeWidth, badgeHeight);
     secondary_->setVisible(saysMore);
-    const int left = margin + badgeWidth + 10;
+    const int left = margin + badgeWidth + metrics::space2;
     secondary_->setGeometry(left, 4, language_->x() - metrics::space2 - left, height() - 8);
 }
 
