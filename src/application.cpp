@@ -41,6 +41,7 @@
 #include "platform/linux/linux_defaults_store.h"
 #include "platform/linux/linux_sound_player.h"
 #include "platform/linux/linux_system_settings.h"
+#include "platform/linux/session_bus.h"
 #endif
 
 namespace {
@@ -150,6 +151,7 @@ int runApplication(int argc, char** argv, UpdateParts (*makeUpdateParts)()) {
         return std::fputs(answer, stdout) < 0 ? 1 : 0;
     }
 #ifndef __APPLE__
+    startNoSessionBus();
     std::future<GenericFamilies> fontConfiguration = startReadingFontConfiguration();
 #endif
     // One look everywhere; named before the application exists, so that no system style is loaded first.
@@ -159,6 +161,7 @@ int runApplication(int argc, char** argv, UpdateParts (*makeUpdateParts)()) {
 #endif
     QApplication application(argc, argv);
 #ifndef __APPLE__
+    connectToSessionBusAhead();
     const GenericFamilies families = fontConfiguration.get();
     Theme::nameGenericFamilies(QString::fromStdString(families.sansSerif),
                                QString::fromStdString(families.monospace));
