@@ -42,6 +42,7 @@
 #include "platform/linux/linux_sound_player.h"
 #include "platform/linux/linux_system_settings.h"
 #include "platform/linux/session_bus.h"
+#include "platform/linux/window_memory.h"
 #endif
 
 namespace {
@@ -128,7 +129,11 @@ int run(QApplication& application, const UpdateParts& parts) {
     QObject::connect(&application, &QGuiApplication::focusWindowChanged, &memory, &LeanMemory::returnSoon);
 
     AppDelegate delegate(updates);
-    MainWindow window({game, loc, engines, automatch, exporter, theme, system, time}, updates);
+    MainWindow window(theme);
+#ifndef __APPLE__
+    provideWindowMemory(window);
+#endif
+    window.fill({game, loc, engines, automatch, exporter, theme, system, time}, updates);
     dialogs.setWindow(&window);
     // The first game's engines start when the first picture has come to the screen, which would have to share
     // the processor with them. A window that opens minimized has none for now.

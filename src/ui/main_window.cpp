@@ -46,7 +46,16 @@ class MenuBar : public QMenuBar {
 
 }  // namespace
 
-MainWindow::MainWindow(const MainView::Collaborators& with, UpdateController& updates) : theme_(with.theme) {
+MainWindow::MainWindow(Theme& theme) : theme_(theme) {
+    resize(sizeOn(screen(), QSize()));
+}
+
+MainWindow::MainWindow(const MainView::Collaborators& with, UpdateController& updates)
+    : MainWindow(with.theme) {
+    fill(with, updates);
+}
+
+void MainWindow::fill(const MainView::Collaborators& with, UpdateController& updates) {
     auto* menuBar = new MenuBar(theme_, this);
     auto* applicationMenu = new ApplicationMenu(updates, with.loc, menuBar);
     auto* gameMenu = new GameMenu(with.game, with.loc, with.exporter, menuBar);

@@ -16,9 +16,14 @@ class MainWindow : public QWidget {
   public:
     static constexpr QSize defaultSize{1280, 860};
 
-    /// All references outlive the window.
+    /// An empty window of the size in which it opens, for what is to be prepared while its content is built.
+    explicit MainWindow(Theme& theme);
+    /// A filled one.
     MainWindow(const MainView::Collaborators& with, UpdateController& updates);
     ~MainWindow() override;
+
+    /// Builds menus and main view. Once; all references outlive the window.
+    void fill(const MainView::Collaborators& with, UpdateController& updates);
 
   Q_SIGNALS:
     /// Once, when the event loop runs next after the first picture.

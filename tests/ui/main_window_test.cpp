@@ -26,6 +26,12 @@ TEST_F(MainWindowTest, opensAtItsDefaultSizeOrWhatTheScreenHas) {
     EXPECT_EQ(fresh.size(), QSize(1280, 860).boundedTo(room).expandedTo(smallest));
 }
 
+TEST_F(MainWindowTest, hasItsSizeBeforeItHasContent) {
+    const MainWindow empty(theme);
+    EXPECT_EQ(empty.size(), QSize(1280, 860).boundedTo(empty.screen()->availableSize()));
+    EXPECT_EQ(empty.layout(), nullptr);
+}
+
 TEST_F(MainWindowTest, neverGetsSmallerThanTheViewAllows) {
     showWindowForTwoPeople();
     window->resize(600, 400);
