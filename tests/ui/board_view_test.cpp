@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QTest>
+#include <array>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -59,6 +61,16 @@ class BoardViewTest : public ::testing::Test {
     /// A corner that no piece, mark or coordinate reaches.
     QColor groundOf(const char* square, qreal ratio = 1) {
         return colorAt(square, 0.94, 0.06, ratio);
+    }
+    /// Runs `check` at both pixel ratios, for both orientations; the board stands as before afterwards.
+    void forEveryRatioAndOrientation(const std::function<void(qreal ratio)>& check) {
+        for (const char* orientation : {"upright", "flipped"}) {
+            for (const qreal ratio : {1.0, 2.0}) {
+                SCOPED_TRACE(testing::Message() << orientation << ", ratio " << ratio);
+                check(ratio);
+            }
+            game_.game.flipBoard();
+        }
     }
     void show() {
         view_.show();
@@ -117,19 +129,19 @@ TEST_F(BoardViewTest, edgesBetweenSquaresAreCrispAtAnySizeAndRatio) {
 
 TEST_F(BoardViewTest, theLastMoveIsYellowOnBothSquares) {
     game_.play("e2", "e4");
-    for (const qreal ratio : {1.0, 2.0}) {
+    forEveryRatioAndOrientation([this](qreal ratio) {
         EXPECT_TRUE(isNear(groundOf("e2", ratio), mixed(light, yellow, 0.32)));
         EXPECT_TRUE(isNear(groundOf("e4", ratio), mixed(light, yellow, 0.32)));
         EXPECT_EQ(groundOf("e3", ratio), dark);
-    }
+    });
 }
 
 TEST_F(BoardViewTest, theSelectedSquareIsBlue) {
     game_.play("e2", "e4");
     game_.play("e7", "e5");
     game_.click("g1");
-    for (const qreal ratio : {1.0, 2.0})
-        EXPECT_TRUE(isNear(groundOf("g1", ratio), mixed(dark, blue, 0.38)));
+    forEveryRatioAndOrientation(
+        [this](qreal ratio) { EXPECT_TRUE(isNear(groundOf("g1", ratio), mixed(dark, blue, 0.38))); });
     game_.click("b1");
     EXPECT_EQ(groundOf("g1"), dark);
     EXPECT_TRUE(isNear(groundOf("b1"), mixed(light, blue, 0.38)));
@@ -160,12 +172,12 @@ TEST_F(BoardViewTest, aCheckedKingStandsOnARedDiscOfNineTenths) {
     game_.game.loadFEN(QStringLiteral("4k3/8/8/8/8/8/4r3/4K3 w - - 0 1"));
     view_.resize(800, 800);
     const QColor expected = mixed(dark, red, 0.55);
-    for (const qreal ratio : {1.0, 2.0}) {
+    forEveryRatioAndOrientation([&](qreal ratio) {
         EXPECT_TRUE(isNear(colorAt("e1", 0.5, 0.065, ratio), expected));
         EXPECT_TRUE(isNear(colorAt("e1", 0.935, 0.5, ratio), expected));
         EXPECT_EQ(colorAt("e1", 0.5, 0.03, ratio), dark);
         EXPECT_EQ(colorAt("e1", 0.1, 0.1, ratio), dark) << "the corners stay free";
-    }
+    });
     EXPECT_EQ(colorAt("e8", 0.5, 0.065), light) << "the other king is not marked";
 }
 
@@ -173,11 +185,11 @@ TEST_F(BoardViewTest, aQuietTargetIsADotOfTheStatedDiameter) {
     view_.resize(800, 800);
     game_.click("g1");
     const QColor dot = mixed(light, Qt::black, 0.22);
-    for (const qreal ratio : {1.0, 2.0}) {
+    forEveryRatioAndOrientation([&](qreal ratio) {
         EXPECT_TRUE(isNear(colorAt("f3", 0.5, 0.5, ratio), dot));
         EXPECT_TRUE(isNear(colorAt("f3", 0.5 + 0.12, 0.5, ratio), dot));
         EXPECT_EQ(colorAt("f3", 0.5 + 0.16, 0.5, ratio), light);
-    }
+    });
 }
 
 TEST_F(BoardViewTest, aCaptureIsARingOfFourAtTheStatedDiameter) {
@@ -185,14 +197,14 @@ TEST_F(BoardViewTest, aCaptureIsARingOfFourAtTheStatedDiameter) {
     game_.game.loadFEN(QStringLiteral("4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1"));
     game_.click("e5");
     const QColor ring = mixed(dark, Qt::black, 0.3);
-    for (const qreal ratio : {1.0, 2.0}) {
+    forEveryRatioAndOrientation([&](qreal ratio) {
         // d6 is empty: the en-passant target. The stroke's middle runs 42.5 from the centre.
         EXPECT_TRUE(isNear(colorAt("d6", 0.925, 0.5, ratio), ring));
         EXPECT_TRUE(isNear(colorAt("d6", 0.915, 0.5, ratio), ring));
         EXPECT_EQ(colorAt("d6", 0.5, 0.5, ratio), dark) << "no dot";
         EXPECT_EQ(colorAt("d6", 0.89, 0.5, ratio), dark);
         EXPECT_EQ(colorAt("d6", 0.96, 0.5, ratio), dark);
-    }
+    });
 }
 
 TEST_F(BoardViewTest, piecesHaveTheirBodyColours) {
@@ -202,14 +214,19 @@ TEST_F(BoardViewTest, piecesHaveTheirBodyColours) {
     EXPECT_EQ(colorAt("e4", 0.5, 0.7), light);
 }
 
-/// Whether a corner of the square holds anything in `ink`: the coordinates' corners are free of pieces.
-bool hasInk(const QImage& image, const QRectF& corner, const QColor& ink) {
-    for (int y = qCeil(corner.top()); y < corner.bottom(); ++y) {
-        for (int x = qCeil(corner.left()); x < corner.right(); ++x) {
-            if (isNear(image.pixelColor(x, y), ink, 40)) return true;
+/// Where a corner of the square holds anything in `ink`: the coordinates' corners are free of pieces.
+QRect inkIn(const QImage& image, const QRect& corner, const QColor& ink) {
+    QRect found;
+    for (int y = corner.top(); y <= corner.bottom(); ++y) {
+        for (int x = corner.left(); x <= corner.right(); ++x) {
+            if (isNear(image.pixelColor(x, y), ink, 40)) found |= QRect(x, y, 1, 1);
         }
     }
-    return false;
+    return found;
+}
+
+QRect scaledBy(int ratio, const QRect& rect) {
+    return {rect.topLeft() * ratio, rect.size() * ratio};
 }
 
 TEST_F(BoardViewTest, coordinatesStandOnTheBottomRowAndTheLeftColumnAsDisplayed) {
@@ -217,17 +234,42 @@ TEST_F(BoardViewTest, coordinatesStandOnTheBottomRowAndTheLeftColumnAsDisplayed)
     game_.game.loadFEN(QStringLiteral("8/8/8/3k4/8/3K4/8/8 w - - 0 1"));
     for (const bool isFlipped : {false, true}) {
         if (isFlipped) game_.game.flipBoard();
-        const QImage image = pictureOf(view_, 1);
+        const std::array pictures{pictureOf(view_, 1), pictureOf(view_, 2)};
         for (const Square square : Square::allSquares()) {
-            const QRectF rect = view_.squareRect(square);
+            const QRect rect = view_.squareRect(square).toRect();
             const QColor ink = square.isLight() ? dark : light;
-            const QRectF lowerRight(rect.right() - 14, rect.bottom() - 15, 14, 15);
-            const QRectF upperLeft(rect.left(), rect.top(), 14, 15);
+            const QRect lowerRight(rect.right() - 13, rect.bottom() - 14, 14, 15);
+            const QRect upperLeft(rect.left(), rect.top(), 14, 15);
             const bool isBottom = square.rank == (isFlipped ? 7 : 0);
             const bool isLeft = square.file == (isFlipped ? 7 : 0);
-            EXPECT_EQ(hasInk(image, lowerRight, ink), isBottom) << square.algebraic() << isFlipped;
-            EXPECT_EQ(hasInk(image, upperLeft, ink), isLeft) << square.algebraic() << isFlipped;
+            for (const int ratio : {1, 2}) {
+                const QImage& picture = pictures[static_cast<std::size_t>(ratio - 1)];
+                EXPECT_EQ(!inkIn(picture, scaledBy(ratio, lowerRight), ink).isNull(), isBottom)
+                    << square.algebraic() << isFlipped << ratio;
+                EXPECT_EQ(!inkIn(picture, scaledBy(ratio, upperLeft), ink).isNull(), isLeft)
+                    << square.algebraic() << isFlipped << ratio;
+            }
         }
+    }
+}
+
+TEST_F(BoardViewTest, coordinatesAreAsLargeAndAsFarFromTheEdgeOnADenseScreen) {
+    view_.resize(800, 800);
+    game_.game.loadFEN(QStringLiteral("8/8/8/3k4/8/3K4/8/8 w - - 0 1"));
+    // The digit 8 and the letter d, each in the square's own corner.
+    const QRect digitRoom(0, 0, 14, 15);
+    const QRect letterRoom(4 * 100 - 14, 800 - 15, 14, 15);
+    const QImage plain = pictureOf(view_, 1);
+    const QImage dense = pictureOf(view_, 2);
+    for (const auto& [room, square] : {std::pair(digitRoom, "a8"), std::pair(letterRoom, "d1")}) {
+        const QColor ink = at(square).isLight() ? dark : light;
+        const QRect one = inkIn(plain, room, ink);
+        const QRect two = inkIn(dense, scaledBy(2, room), ink);
+        EXPECT_NEAR(one.height(), 8, 1) << square;
+        EXPECT_NEAR(two.height(), 2 * one.height(), 2) << square;
+        EXPECT_NEAR(two.width(), 2 * one.width(), 2) << square;
+        EXPECT_NEAR(two.left(), 2 * one.left(), 3) << square;
+        EXPECT_NEAR(two.top(), 2 * one.top(), 3) << square;
     }
 }
 

@@ -65,16 +65,23 @@ class EvaluationBarTest : public ::testing::Test {
         return image.pixelColor(16, isLabelOnTop() ? 4 : 395);
     }
     bool isLabelOnTop() { return inkIn(0, 24) > 0; }
+    int whiteInk() {
+        return pixels(0, 400, [](int grey) { return grey > 250; });
+    }
+    int blackInk() {
+        return pixels(0, 400, [](int grey) { return grey < 20; });
+    }
     int inkIn(int top, int bottom) {
+        return pixels(top, bottom, [](int grey) { return grey < 20 || grey > 250; });
+    }
+    int pixels(int top, int bottom, bool (*count)(int grey)) {
         const QImage image = pictureOf(bar_, 1);
-        int ink = 0;
+        int found = 0;
         for (int y = top; y < bottom; ++y) {
-            for (int x = 4; x < 28; ++x) {
-                const int grey = qGray(image.pixel(x, y));
-                ink += grey < 20 || grey > 250 ? 1 : 0;
-            }
+            for (int x = 4; x < 28; ++x)
+                found += count(qGray(image.pixel(x, y))) ? 1 : 0;
         }
-        return ink;
+        return found;
     }
 
     EvaluationBarView bar_;
@@ -163,6 +170,8 @@ TEST_F(EvaluationBarTest, theLabelIsWhiteOnDarkBelowAHalfAndBlackOnLightFromAHal
         bar_.setValues(each.evaluation, PieceColor::white, each.isFlipped);
         EXPECT_TRUE(isNear(plateGround(), each.isWhite ? darkPart : lightPart))
             << each.evaluation.formattedScore().toStdString() << each.isFlipped;
+        EXPECT_EQ(whiteInk() > 10, each.isWhite) << each.evaluation.formattedScore().toStdString();
+        EXPECT_EQ(blackInk() > 10, !each.isWhite) << each.evaluation.formattedScore().toStdString();
     }
 }
 
