@@ -17,7 +17,6 @@
 namespace orlix {
 namespace {
 
-constexpr std::chrono::seconds timeLimit{3};
 constexpr std::chrono::milliseconds pollInterval{50};
 
 // What the engine has said so far. Shared with the output handler, which may outlive the test by a moment.
@@ -100,7 +99,7 @@ class EngineTest::Run {
         }
         launched.process->write(QByteArrayLiteral("uci\nquit\n"));
         const auto start = std::chrono::steady_clock::now();
-        while (!reply->hasUciOk() && std::chrono::steady_clock::now() - start < timeLimit) {
+        while (!reply->hasUciOk() && std::chrono::steady_clock::now() - start < EngineTest::timeLimit) {
             if (!pause()) return;
         }
         launched.process->terminate();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -20,6 +21,9 @@ struct EngineTestOutcome {
 
 class EngineTest {
   public:
+    /// An engine that has not said "uciok" by then has failed.
+    static constexpr std::chrono::seconds timeLimit{3};
+
     using Completion = std::function<void(EngineTestOutcome outcome)>;
 
     /// Starts the test. `completion` runs once, on the test's own thread, unless the object is destroyed

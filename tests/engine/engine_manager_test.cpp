@@ -6,9 +6,11 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
+#include <chrono>
 #include <initializer_list>
 #include <mutex>
 
+#include "engine/engine_test.h"
 #include "support/event_pump.h"
 #include "support/fake_defaults_store.h"
 #include "support/fake_file_dialogs.h"
@@ -413,6 +415,7 @@ TEST_F(EngineManagerTest, theTestReportsALaunchThatFails) {
 }
 
 TEST_F(EngineManagerTest, theTestGivesUpAfterThreeSeconds) {
+    static_assert(EngineTest::timeLimit == std::chrono::seconds(3));
     make();
     launcher_.chunks = {"id name Slow\n", "uci", "ok\n"};
     QElapsedTimer elapsed;

@@ -424,6 +424,7 @@ TEST_F(PosixProcessLauncherTest, hundredsOfShortLivesLeaveNothingBehind) {
 }
 
 TEST_F(PosixProcessLauncherTest, shutsAllDownTogetherWithinItsLimit) {
+    static_assert(PosixProcessLauncher::exitLimit < 3s);
     std::vector<std::unique_ptr<ScriptedEngine>> engines;
     std::vector<std::unique_ptr<ChildProcess>> children;
     for (int i = 0; i < 8; ++i) {

@@ -12,6 +12,9 @@ namespace orlix {
 
 class PosixProcessLauncher : public ProcessLauncher {
   public:
+    /// What the end of the application may wait for its engines.
+    static constexpr std::chrono::milliseconds exitLimit{2800};
+
     /// Also makes this process ignore SIGPIPE, so that writing to a child that has ended is an ordinary
     /// error.
     PosixProcessLauncher();
@@ -22,7 +25,7 @@ class PosixProcessLauncher : public ProcessLauncher {
 
     /// Terminates all children at once, kills those that do not end, reaps them and waits for the I/O
     /// threads: at most `limit` together. Later launches fail. True when nothing is left.
-    bool shutDown(std::chrono::milliseconds limit = std::chrono::milliseconds(2800));
+    bool shutDown(std::chrono::milliseconds limit = exitLimit);
 
     /// Children not yet reaped or with their I/O thread still at work.
     std::size_t childCount() const;
