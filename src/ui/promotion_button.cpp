@@ -13,6 +13,7 @@ namespace {
 constexpr int pieceSide = 64;
 constexpr int textHeight = 20;
 constexpr int plainHeight = 32;
+constexpr int smallestType = 10;
 // A square's colour under the piece: both colours of pieces read on it in either scheme.
 constexpr QRgb pieceGround = 0xFFD3B595;
 
@@ -37,6 +38,24 @@ QSize PromotionButton::sizeHint() const {
     return {qMax(pieceSide, textWidth) + metrics::space4, pieceSide + textHeight + metrics::space3};
 }
 
+QRect PromotionButton::pieceRect() const {
+    return {rect().center().x() + 1 - pieceSide / 2, metrics::space2, pieceSide, pieceSide};
+}
+
+QRect PromotionButton::textRect() const {
+    const QRect inside = rect().adjusted(metrics::space1, 0, -metrics::space1, 0);
+    return type_ ? inside.adjusted(0, pieceRect().bottom() + 1, 0, 0) : inside;
+}
+
+QFont PromotionButton::labelFont() const {
+    return fittingLineFont(text(), font(), textRect().width(), smallestType);
+}
+
+QList<ShownText> PromotionButton::shownTexts() const {
+    const QFontMetricsF metrics(labelFont());
+    return {{text(), QSizeF(metrics.horizontalAdvance(text()), metrics.height()), QSizeF(textRect().size())}};
+}
+
 void PromotionButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -47,18 +66,16 @@ void PromotionButton::paintEvent(QPaintEvent*) {
     painter.setBrush(ground);
     painter.drawRoundedRect(frame, metrics::controlRadius, metrics::controlRadius);
 
-    QRect textRect = rect();
     if (type_) {
-        const QRect pieceRect(rect().center().x() + 1 - pieceSide / 2, metrics::space2, pieceSide, pieceSide);
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor::fromRgb(pieceGround));
-        painter.drawRoundedRect(pieceRect, metrics::space1, metrics::space1);
+        painter.drawRoundedRect(pieceRect(), metrics::space1, metrics::space1);
         const int devicePixels = qRound(pieceSide * devicePixelRatioF());
-        painter.drawPixmap(pieceRect, pixmaps_.pixmap(*type_, color_, devicePixels));
-        textRect.setTop(pieceRect.bottom() + 1);
+        painter.drawPixmap(pieceRect(), pixmaps_.pixmap(*type_, color_, devicePixels));
     }
+    painter.setFont(labelFont());
     painter.setPen(theme_.color(ColorRole::text));
-    painter.drawText(textRect, Qt::AlignCenter, text());
+    painter.drawText(textRect(), Qt::AlignCenter, text());
 }
 
 void PromotionButton::keyPressEvent(QKeyEvent* event) {
@@ -66,8 +83,10 @@ void PromotionButton::keyPressEvent(QKeyEvent* event) {
         click();
         return;
     }
-    // Arrows and Escape belong to the picker: a button would look for neighbours of its own.
+    // Arrows and Escape belong to the picker: a button would look for neighbours of its own. Space is the
+    // pause command's.
     switch (event->key()) {
+        case Qt::Key_Space:
         case Qt::Key_Left:
         case Qt::Key_Right:
         case Qt::Key_Up:

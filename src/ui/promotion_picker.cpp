@@ -13,6 +13,7 @@ namespace orlix {
 namespace {
 
 constexpr int titleHeight = 28;
+constexpr int smallestTitle = 11;
 const QColor dimming(0, 0, 0, 115);
 
 }  // namespace
@@ -98,6 +99,21 @@ void PromotionPicker::arrange() {
         QRect(end - QPoint(cancelButton.width(), cancelButton.height()), cancelButton));
 }
 
+QRect PromotionPicker::titleRect() const {
+    return {panel_.left() + metrics::space4, panel_.top() + metrics::space3,
+            panel_.width() - 2 * metrics::space4, titleHeight};
+}
+
+QFont PromotionPicker::titleFont() const {
+    return fittingLineFont(title_, Theme::font(TextStyle::sectionHead), titleRect().width(), smallestTitle);
+}
+
+QList<ShownText> PromotionPicker::shownTexts() const {
+    const QFontMetricsF metrics(titleFont());
+    return {
+        {title_, QSizeF(metrics.horizontalAdvance(title_), metrics.height()), QSizeF(titleRect().size())}};
+}
+
 void PromotionPicker::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), dimming);
@@ -107,10 +123,8 @@ void PromotionPicker::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(QRectF(panel_).adjusted(0.5, 0.5, -0.5, -0.5), metrics::cardRadius,
                             metrics::cardRadius);
     painter.setPen(theme_.color(ColorRole::text));
-    painter.setFont(Theme::font(TextStyle::sectionHead));
-    const QRect titleRect(panel_.left() + metrics::space4, panel_.top() + metrics::space3,
-                          panel_.width() - 2 * metrics::space4, titleHeight);
-    painter.drawText(titleRect, Qt::AlignLeft | Qt::AlignVCenter, title_);
+    painter.setFont(titleFont());
+    painter.drawText(titleRect(), Qt::AlignLeft | Qt::AlignVCenter, title_);
 }
 
 void PromotionPicker::resizeEvent(QResizeEvent*) {

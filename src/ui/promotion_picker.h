@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/piece.h"
+#include "ui/controls/text_fit.h"
 
 namespace orlix {
 
@@ -14,7 +15,7 @@ class LocalizationManager;
 class PromotionButton;
 class Theme;
 
-class PromotionPicker : public QWidget {
+class PromotionPicker : public QWidget, public ShowsText {
     Q_OBJECT
   public:
     PromotionPicker(LocalizationManager& loc, Theme& theme, QWidget* parent);
@@ -23,6 +24,8 @@ class PromotionPicker : public QWidget {
     void open(PieceColor color);
     /// Hides it and hands the keyboard back to whatever had it.
     void close();
+    /// The title; the buttons tell their own.
+    QList<ShownText> shownTexts() const override;
 
   Q_SIGNALS:
     void pieceChosen(orlix::PieceType type);
@@ -39,6 +42,8 @@ class PromotionPicker : public QWidget {
     void addPieceButton(PieceType type, const char* textKey);
     void updateTexts();
     void arrange();
+    QRect titleRect() const;
+    QFont titleFont() const;
     void moveFocus(int step);
 
     LocalizationManager& loc_;

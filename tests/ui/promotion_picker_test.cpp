@@ -196,5 +196,45 @@ TEST_F(PromotionPickerTest, followsTheBoardsSizeAndStaysInsideItWhenSmall) {
     }
 }
 
+TEST_F(PromotionPickerTest, noTextIsCutInAnyLanguage) {
+    pushPawn();
+    for (const int side : {300, 330, 640}) {
+        board_.resize(side, side);
+        for (const Language language : allLanguages) {
+            game_.loc.setCurrentLanguage(language);
+            QList<ShownText> texts = picker()->shownTexts();
+            for (const QAbstractButton* button : buttons())
+                texts += dynamic_cast<const ShowsText&>(*button).shownTexts();
+            ASSERT_EQ(texts.size(), 6);
+            EXPECT_EQ(texts.front().text, game_.loc.text("promote_pawn"));
+            for (const ShownText& shown : texts) {
+                EXPECT_LE(shown.needed.width(), shown.room.width()) << side << shown.text.toStdString();
+                EXPECT_LE(shown.needed.height(), shown.room.height()) << side << shown.text.toStdString();
+            }
+        }
+    }
+}
+
+TEST_F(PromotionPickerTest, theTitleIsPainted) {
+    pushPawn();
+    // Above the buttons, inside of the panel.
+    const int bottom = buttons()[0]->y() - 4;
+    const QRect title(buttons()[0]->x(), bottom - 24, 200, 24);
+    const QImage image = pictureOf(*picker(), 1);
+    int ink = 0;
+    for (int y = title.top(); y < title.bottom(); ++y) {
+        for (int x = title.left(); x < title.right(); ++x)
+            ink += isNear(image.pixelColor(x, y), theme_.color(ColorRole::text), 40) ? 1 : 0;
+    }
+    EXPECT_GT(ink, 100);
+}
+
+TEST_F(PromotionPickerTest, spacePressesNoButton) {
+    pushPawn();
+    QTest::keyClick(buttons()[0], Qt::Key_Space);
+    EXPECT_TRUE(game_.game.pendingPromotion());
+    EXPECT_TRUE(picker()->isVisible());
+}
+
 }  // namespace
 }  // namespace orlix
