@@ -25,6 +25,7 @@ class ShowsText {
 };
 
 /// The size of `text` when lines break between words at `width`; a word that is wider than that counts whole.
+/// Remembered for short texts: main thread only.
 QSizeF wrappedSize(const QString& text, const QFont& font, qreal width);
 
 /// `font`, made smaller pixel by pixel until `text` fits `room` with lines broken between words, but never
